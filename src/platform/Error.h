@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace tavelo {
+
+enum class ErrorKind {
+    Transport, // no route, refused, reset, TLS: the network library's own words
+    TimedOut,
+    Cancelled,
+    TooLarge,
+    Http,
+    BadUrl,
+    Empty,
+};
+
+/// A failure as a value.
+struct Error
+{
+    ErrorKind kind = ErrorKind::Transport;
+    QString text;       // what the user reads; never a piece of a response body
+    int httpStatus = 0; // with ErrorKind::Http only
+
+    bool operator==(const Error &) const = default;
+};
+
+} // namespace tavelo

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace tavelo::StandardFolders {
+
+/// Where the program keeps its own data ("TaveloApp" in the user's application data). Not created.
+QString support();
+
+/// Where saved films go by default ("TaveloApp" in the user's film folder). Not created.
+QString movies();
+
+/// Puts both below `root` instead. Once, before anything else runs: for the demo and the tests.
+void relocate(const QString &root);
+
+} // namespace tavelo::StandardFolders
