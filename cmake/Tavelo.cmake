@@ -29,8 +29,8 @@ endif()
 
 set(TAVELO_WARNINGS -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast
     -Woverloaded-virtual -Wconversion -Werror)
-set(TAVELO_DEFINITIONS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
-    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_KEYWORDS QT_STRICT_ITERATORS)
+set(TAVELO_DEFINITIONS QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_KEYWORDS
+    QT_STRICT_ITERATORS)
 
 if(TAVELO_SANITIZE)
   add_compile_options(-fsanitize=${TAVELO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
@@ -39,6 +39,12 @@ endif()
 
 # The rules of the house for one target, whatever its kind.
 function(tavelo_target target)
+  tavelo_test_target(${target})
+  target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
+endfunction()
+
+# The same for tests, which may write texts plainly.
+function(tavelo_test_target target)
   target_compile_options(${target} PRIVATE ${TAVELO_WARNINGS})
   target_compile_definitions(${target} PRIVATE ${TAVELO_DEFINITIONS})
   target_include_directories(${target} PUBLIC ${TAVELO_ROOT}/src)
@@ -58,7 +64,7 @@ function(tavelo_test target)
   add_executable(${target} ${ARG_SOURCES})
   target_link_libraries(${target} PRIVATE Qt6::Test ${ARG_LINK})
   target_include_directories(${target} PRIVATE ${TAVELO_ROOT}/tests)
-  tavelo_target(${target})
+  tavelo_test_target(${target})
   add_test(NAME ${target} COMMAND ${target})
   set_tests_properties(${target} PROPERTIES TIMEOUT 180
     ENVIRONMENT "LC_ALL=C.UTF-8;QT_QPA_PLATFORM=$<IF:$<BOOL:${ARG_WINDOW}>,xcb,offscreen>")

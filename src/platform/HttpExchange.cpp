@@ -59,7 +59,6 @@ void HttpExchange::end(Result<HttpResponse> result)
     m_result = std::move(result);
     m_deadline.stop();
     m_reply->disconnect(this);
-    m_reply->abort();
     Q_EMIT finished();
 }
 

@@ -42,7 +42,8 @@ QThread *networkThread()
 
 std::chrono::milliseconds delayAfter(int failures)
 {
-    static constexpr std::chrono::milliseconds delays[] = {0ms, 500ms, 1000ms, 2000ms};
+    // Quick while a viewer may be waiting, slow for a film left paused over a server that is gone.
+    static constexpr std::chrono::milliseconds delays[] = {0s, 500ms, 1s, 1s, 1s, 1s, 2s, 5s};
     return delays[std::min<std::size_t>(static_cast<std::size_t>(failures), std::size(delays) - 1)];
 }
 
@@ -90,8 +91,7 @@ void HttpStreamFetcher::abandon()
     if (!m_reply)
         return;
     m_reply->disconnect(this);
-    m_reply->abort();
-    m_reply->deleteLater();
+    m_reply->deleteLater(); // which also closes its connection
     m_reply = nullptr;
 }
 

@@ -125,6 +125,7 @@ void MpvPlayer::load(const QUrl &url)
     m_core->set("pause", true);
     m_core->set("cache", QByteArray(http ? "yes" : "auto"));
     m_core->command(loadKind | m_loadSerial, {"loadfile", address, "replace"});
+    m_ticker.start();
     publish();
 }
 
@@ -333,7 +334,6 @@ void MpvPlayer::fileLoaded(double duration)
     m_duration = duration;
     m_status = ItemStatus::Ready;
     m_statusDirty = true;
-    m_ticker.start();
 }
 
 void MpvPlayer::fileEnded(const mpv_event_end_file &end)

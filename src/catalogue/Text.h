@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace tavelo::Text {
+
+/// Without spaces (of any width) and tabs at both ends; line breaks stay.
+QString trimmedOfBlanks(QStringView text);
+
+/// A decimal integer with an optional sign and nothing else; absent when it is not, or does not
+/// fit.
+std::optional<qint64> integer(QStringView text);
+
+/// Percent-encoded for a URL's path (RFC 3986, pchar without ";", and "/"). A text that has no
+/// UTF-8 form comes back as it is.
+QString pathEncoded(const QString &text);
+
+} // namespace tavelo::Text

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QFuture>
+#include <QPromise>
+#include <QThreadPool>
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+namespace tavelo {
+
+/// Runs `work` on the thread pool. Its future may be awaited; nobody needs to.
+template <typename Work>
+auto runOnPool(Work work)
+{
+    using Value = std::invoke_result_t<Work>;
+    const auto promise = std::make_shared<QPromise<Value>>();
+    promise->start();
+    QThreadPool::globalInstance()->start([promise, work = std::move(work)] {
+        promise->addResult(work());
+        promise->finish();
+    });
+    return promise->future();
+}
+
+} // namespace tavelo

@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "platform/MediaEngine.h"
+#include "testlib/FilmServer.h"
+#include "testlib/PlayerProbe.h"
+
+#include <QFile>
+#include <QTest>
+
+using namespace tavelo;
+
+namespace {
+
+QByteArray clip(const char *name)
+{
+    QFile file(QStringLiteral(TAVELO_CLIPS "/") + QLatin1String(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+constexpr int noticed = 10'000; // milliseconds from the standstill to the failure, at most
+
+} // namespace
+
+/// The engine on a server that misbehaves.
+class tst_MpvNetwork : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<MediaPlayer> m_player;
+    std::unique_ptr<PlayerProbe> m_probe;
+
+    void play(const FilmServer &server, float rate = 1)
+    {
+        m_player->load(server.url());
+        m_player->setDefaultRate(rate);
+        m_player->play();
+    }
+
+    /// Waits until the picture has stood still for a moment.
+    bool waitStandstill() const
+    {
+        return QTest::qWaitFor(
+            [this] {
+                return m_player->timeControlStatus() == TimeControlStatus::Waiting &&
+                       m_player->currentTime() > 0.5;
+            },
+            15'000);
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_player = MediaEngine::create({.headless = true});
+        QVERIFY(m_player);
+        m_probe = std::make_unique<PlayerProbe>(m_player.get());
+    }
+
+    void cleanup() { m_player.reset(); }
+
+    void plays_data()
+    {
+        QTest::addColumn<bool>("ranges");
+        QTest::addColumn<QByteArray>("redirectTo");
+        QTest::addColumn<QByteArray>("film");
+        QTest::newRow("plainly") << true << QByteArray() << QByteArray("counted.mp4");
+        QTest::newRow("from a server without ranges")
+            << false << QByteArray() << QByteArray("counted.mp4");
+        QTest::newRow("over a redirect")
+            << true << QByteArray("/there.mp4") << QByteArray("counted.mp4");
+        QTest::newRow("with the index at the end")
+            << true << QByteArray() << QByteArray("short.mp4");
+    }
+
+    void plays()
+    {
+        QFETCH(bool, ranges);
+        QFETCH(QByteArray, redirectTo);
+        QFETCH(QByteArray, film);
+        FilmServer server(clip(film));
+        server.ranges = ranges;
+        server.redirectTo = redirectTo;
+        play(server, 4);
+        QVERIFY(m_probe->waitEnd());
+        QVERIFY(qAbs(m_player->currentTime() - m_player->duration()) < 0.2);
+        for (const auto &request : server.requests())
+            QCOMPARE(request.headers.value("user-agent"), "TaveloApp/1.0 (macOS)");
+        QVERIFY(!m_player->loadedRanges().isEmpty());
+        QVERIFY(m_player->loadedRanges().last().end > m_player->duration() - 1);
+    }
+
+    void failsAtOnce_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("404") << 404 << QByteArray("x") << "HTTP 404";
+        QTest::newRow("503") << 503 << QByteArray("x") << "HTTP 503";
+        QTest::newRow("a page instead of a film") << 0 << QByteArray("<html>Sign in</html>")
+                                                  << "This file is not a film that can be played.";
+        QTest::newRow("half an index") << 0 << clip("counted.mp4").first(2000)
+                                       << "This file is not a film that can be played.";
+    }
+
+    void failsAtOnce()
+    {
+        QFETCH(int, status);
+        QFETCH(QByteArray, body);
+        FilmServer server(body);
+        server.status = status;
+        play(server);
+        QVERIFY(m_probe->waitFailed(3'000));
+        QTEST(m_player->itemError(), "text");
+    }
+
+    void refusedConnection()
+    {
+        FilmServer server(clip("short.mp4"));
+        server.setListening(false);
+        play(server);
+        QVERIFY(m_probe->waitFailed(3'000));
+        QCOMPARE(m_player->itemError(), "Connection refused");
+    }
+
+    void silentFromTheStart()
+    {
+        FilmServer server(clip("short.mp4"));
+        server.answers = false;
+        play(server);
+        QVERIFY(m_probe->waitFailed(noticed));
+        QCOMPARE(m_player->itemError(), "The server stopped answering.");
+    }
+
+    void brokenConnectionIsTakenUpAgain()
+    {
+        FilmServer server(clip("counted.mp4"));
+        server.dropAt = server.size() / 3;
+        connect(m_player.get(), &MediaPlayer::itemStatusChanged, &server,
+                [&] { server.dropAt.reset(); });
+        play(server, 4);
+        QVERIFY(m_probe->waitEnd());
+        QVERIFY(qAbs(m_player->currentTime() - 12) < 0.2);
+        QCOMPARE(m_player->itemStatus(), ItemStatus::Ready);
+        QVERIFY(server.requests().size() >= 2);
+        QCOMPARE(server.requests().last().headers.value("range"),
+                 "bytes=" + QByteArray::number(server.size() / 3) + '-');
+    }
+
+    void serverBackBeforeTheCacheIsPlayed()
+    {
+        FilmServer server(clip("counted.mp4"));
+        server.dropAt = server.size() * 2 / 3;
+        play(server, 2);
+        QVERIFY(m_probe->waitTime(1));
+        server.setListening(false);
+        QVERIFY(m_probe->waitTime(3));
+        server.dropAt.reset();
+        server.setListening(true);
+        QVERIFY(m_probe->waitEnd());
+        QVERIFY(!m_probe->statuses.mid(2).contains(TimeControlStatus::Waiting));
+    }
+
+    void neverTheEndOfTheFilm_data()
+    {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("server gone") << "gone"
+                                     << "The server stopped answering.";
+        QTest::newRow("server silent") << "silent"
+                                       << "The server stopped answering.";
+        QTest::newRow("no longer allowed") << "403"
+                                           << "HTTP 403";
+        QTest::newRow("another film") << "changed"
+                                      << "The film was changed on the server.";
+    }
+
+    void neverTheEndOfTheFilm()
+    {
+        QFETCH(QString, fault);
+        FilmServer server(clip("counted.mp4"));
+        if (fault == "silent")
+            server.silentAt = server.size() / 3;
+        else
+            server.dropAt = server.size() / 3;
+        connect(m_player.get(), &MediaPlayer::itemStatusChanged, &server, [&] {
+            server.setListening(fault != "gone");
+            server.status = fault == "403" ? 403 : 0;
+            server.etag = fault == "changed" ? "\"second\"" : "\"first\"";
+        });
+        play(server, 2);
+        QVERIFY(m_probe->waitReady());
+        if (fault == "gone" || fault == "silent")
+            QVERIFY(waitStandstill());
+        QVERIFY(m_probe->waitFailed(noticed));
+        QTEST(m_player->itemError(), "text");
+        QCOMPARE(m_probe->ends, 0);
+        const double stoppedAt = m_player->currentTime();
+        QVERIFY2(stoppedAt > 2 && stoppedAt < 6, qPrintable(QString::number(stoppedAt)));
+
+        // Loaded again once the server is well, it goes on there.
+        server.disconnect();
+        m_player->disconnect(&server);
+        server.setListening(true);
+        server.status = 0;
+        server.silentAt.reset();
+        server.dropAt.reset();
+        play(server, 4);
+        QVERIFY(m_probe->waitReady());
+        QVERIFY(m_probe->seek(stoppedAt));
+        QVERIFY(m_probe->waitEnd());
+    }
+
+    void loadsAndEndsWhileTheServerIsSilent()
+    {
+        FilmServer silent(clip("counted.mp4"));
+        silent.answers = false;
+        FilmServer well(clip("short.mp4"));
+        play(silent);
+        QTRY_COMPARE(silent.requests().size(), 1);
+        QElapsedTimer timer;
+        timer.start();
+        play(well);
+        QVERIFY(m_probe->waitPlaying());
+        QVERIFY(qAbs(m_player->duration() - 2) < 0.1);
+        play(silent);
+        QTRY_COMPARE(silent.requests().size(), 2);
+        m_player.reset();
+        QVERIFY2(timer.elapsed() < 5'000, "the silent server held up the engine");
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_MpvNetwork)
+#include "tst_mpvnetwork.moc"
