@@ -36,7 +36,10 @@ QCoro::Task<Result<QList<MediaItem>>> search(std::optional<QString> text,
         co_return body.error();
     if (body->size() <= parsedInPlace)
         co_return ArchiveParser::parseSearch(*body);
-    co_return co_await runOnPool([bytes = *body] { return ArchiveParser::parseSearch(bytes); });
+    // Named, not awaited at once: GCC 12 destroys a lambda with captures twice when it is a
+    // temporary of the awaited expression.
+    auto items = runOnPool([bytes = *body] { return ArchiveParser::parseSearch(bytes); });
+    co_return co_await items;
 }
 
 QCoro::Task<Result<ArchiveDetails>> details(QString id, std::stop_token stop)
@@ -47,8 +50,14 @@ QCoro::Task<Result<ArchiveDetails>> details(QString id, std::stop_token stop)
     const auto body = co_await fetchData(*url, detailsTimeout, std::move(stop));
     if (!body)
         co_return body.error();
-    const auto parse = [bytes = *body, id] { return ArchiveParser::parseDetails(bytes, id); };
-    const auto parsed = body->size() <= parsedInPlace ? parse() : co_await runOnPool(parse);
+    std::optional<ArchiveDetails> parsed;
+    if (body->size() <= parsedInPlace) {
+        parsed = ArchiveParser::parseDetails(*body, id);
+    } else {
+        auto pending =
+            runOnPool([bytes = *body, id] { return ArchiveParser::parseDetails(bytes, id); });
+        parsed = co_await pending;
+    }
     if (!parsed)
         co_return NetError::empty();
     co_return *parsed;

@@ -52,7 +52,7 @@ constexpr Option options[] = {
     {"keep-open", "yes"},
     {"keep-open-pause", "no"},
     {"pause", "yes"},
-    {"hwdec", "auto-safe"},
+    {"hwdec", "vaapi,vaapi-copy,v4l2m2m-copy"},
     {"audio-client-name", "Tavelo"},
     {"audio-fallback-to-null", "yes"},
     // The picture waits for a renderer; until there is one, the core must not look for it.

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "DemoApplication.h"
+
+#include "catalogue/ServiceHosts.h"
+#include "platform/StandardFolders.h"
+
+namespace tavelo {
+
+DemoApplication::DemoApplication(int &argc, char **argv)
+    : m_application(argc, argv)
+    , m_services(QCoreApplication::applicationDirPath() + QLatin1String("/../demo-films"))
+{
+    StandardFolders::relocate(m_folders.path());
+}
+
+bool DemoApplication::startServices()
+{
+    if (!m_services.start())
+        return false;
+    ServiceHosts hosts;
+    hosts.archive = m_services.baseUrl();
+    ServiceHosts::replace(hosts);
+    return true;
+}
+
+} // namespace tavelo

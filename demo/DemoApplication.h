@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "DemoServer.h"
+#include "main/Application.h"
+
+#include <QTemporaryDir>
+
+namespace tavelo {
+
+/// The program on the demo's services, with folders of its own that go with it.
+class DemoApplication
+{
+public:
+    DemoApplication(int &argc, char **argv);
+
+    /// Starts the services; false when they cannot be.
+    bool startServices();
+    bool show() { return m_application.show(); }
+    int run() { return m_application.run(); }
+
+    DemoServer &services() { return m_services; }
+    Application &application() { return m_application; }
+
+private:
+    QTemporaryDir m_folders;
+    Application m_application;
+    DemoServer m_services;
+};
+
+} // namespace tavelo

@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "DemoApplication.h"
+
+int main(int argc, char **argv)
+{
+    tavelo::DemoApplication demo(argc, argv);
+    return demo.startServices() && demo.show() ? demo.run() : 1;
+}

@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "Tour.h"
+
+#include <QTest>
+
+#include <cstdio>
+
+namespace tavelo {
+
+namespace {
+
+/// Until what moves after a change of screen has come to rest; nothing here moves for longer.
+constexpr int settled = 400; // milliseconds
+
+} // namespace
+
+Tour::Tour(DemoApplication *demo, const QDir &folder, const QSize &size)
+    : m_demo(demo)
+    , m_folder(folder)
+    , m_ui(demo->application().window())
+{
+    m_folder.mkpath(QStringLiteral("."));
+    m_ui.resize(size);
+}
+
+bool Tour::expect(bool came, const char *what) const
+{
+    if (!came)
+        std::fprintf(stderr, "Not seen: %s\n", what);
+    return came;
+}
+
+void Tour::shoot(const char *name)
+{
+    QTest::qWait(settled);
+    const QString file = QStringLiteral("%1-%2.png")
+                             .arg(++m_shots, 2, 10, QLatin1Char('0'))
+                             .arg(QLatin1String(name));
+    m_ui.picture().save(m_folder.filePath(file));
+    std::printf("%s\n", qPrintable(m_folder.filePath(file)));
+}
+
+bool Tour::walk()
+{
+    return home() && placeholder() && itemSheets() && player() && brokenFilm();
+}
+
+bool Tour::home()
+{
+    AppState &state = m_demo->application().state();
+    if (state.featured().isEmpty()) { // the first walk begins without a service
+        if (!expect(m_ui.waitFor(QStringLiteral("Retry")), "the failed Home with Retry"))
+            return false;
+        shoot("home-error");
+        m_demo->services().setFaults({.latency = 1500});
+        m_ui.click(QStringLiteral("Retry"));
+        if (!expect(m_ui.waitFor(QStringLiteral("Loading catalog…")), "the loading Home"))
+            return false;
+        shoot("home-loading");
+        m_demo->services().setFaults({});
+    }
+    if (!expect(m_ui.waitFor(QStringLiteral("Featured Public-Domain Films")), "the featured shelf"))
+        return false;
+    QTest::qWait(3 * settled); // posters
+    m_ui.move({4, 4});
+    shoot("home");
+    m_ui.hover(QStringLiteral("Neon Alibi"));
+    shoot("home-hover");
+    for (int i = 0; i < 9; ++i)
+        m_ui.key(Qt::Key_Tab);
+    shoot("home-keyboard");
+    return true;
+}
+
+bool Tour::placeholder()
+{
+    const bool came =
+        m_ui.click(QStringLiteral("Discover")) && m_ui.waitFor(QStringLiteral("Not here yet."));
+    if (!expect(came, "a section that is not there yet"))
+        return false;
+    shoot("section-to-come");
+    return m_ui.click(QStringLiteral("Home"));
+}
+
+bool Tour::openItem(const QString &title)
+{
+    for (const MediaItem &item : m_demo->application().state().popular()) {
+        if (item.title == title)
+            m_demo->application().state().selectItem(item);
+    }
+    return expect(m_ui.waitGone(QStringLiteral("Inspecting files…")), "an item's files");
+}
+
+bool Tour::itemSheets()
+{
+    m_demo->services().setFaults({.below = "/metadata/", .latency = 1500});
+    const bool opened = m_ui.click(QStringLiteral("Neon Alibi")) &&
+                        m_ui.waitFor(QStringLiteral("Inspecting files…"));
+    if (!expect(opened, "the item sheet at its loading"))
+        return false;
+    shoot("item-loading");
+    m_demo->services().setFaults({});
+    if (!expect(m_ui.waitGone(QStringLiteral("Inspecting files…")), "the item's files"))
+        return false;
+    shoot("item");
+    m_ui.key(Qt::Key_Escape);
+
+    for (const auto &[title, name] : {std::pair{"The Lantern Makers", "item-subtitles"},
+                                      std::pair{"Harbour at Low Tide", "item-other-formats"},
+                                      std::pair{"Only in Theora", "item-no-stream"},
+                                      std::pair{"Stills from a Lost Film", "item-no-video"},
+                                      std::pair{"المنارة", "item-rtl"}}) {
+        if (!openItem(QString::fromUtf8(title)))
+            return false;
+        shoot(name);
+        m_ui.key(Qt::Key_Escape);
+    }
+    m_demo->services().setFaults({.below = "/metadata/", .status = 503});
+    if (!openItem(QStringLiteral("The Carpet Hour")))
+        return false;
+    shoot("item-error");
+    m_demo->services().setFaults({});
+    m_ui.key(Qt::Key_Escape);
+    return true;
+}
+
+bool Tour::waitPlaying(double seconds) const
+{
+    VideoPlayerManager *player = m_demo->application().state().playback()->player();
+    return QTest::qWaitFor(
+        [&] { return player->currentTime() >= seconds && !player->isBuffering(); }, 20'000);
+}
+
+bool Tour::player()
+{
+    if (!openItem(QStringLiteral("The Lantern Makers")) || !m_ui.click(QStringLiteral("Play")))
+        return expect(false, "Play in the item sheet");
+    shoot("player-opening");
+    if (!expect(waitPlaying(2), "the film at two seconds"))
+        return false;
+    m_ui.move({300, 300});
+    shoot("player");
+    m_ui.key(Qt::Key_Right);
+    if (!expect(waitPlaying(12), "the film ten seconds on"))
+        return false;
+    shoot("player-later");
+    m_ui.click(QStringLiteral("Audio track"));
+    shoot("player-audio-menu");
+    m_ui.key(Qt::Key_Escape);
+    m_ui.key(Qt::Key_Space);
+    shoot("player-paused");
+    m_ui.click(QStringLiteral("Back"));
+    shoot("browsing-while-playing");
+    m_demo->application().state().playback()->stopPlayback();
+    return true;
+}
+
+bool Tour::brokenFilm()
+{
+    m_demo->services().setFaults({.below = "/download/", .status = 404});
+    const bool failed = openItem(QStringLiteral("Neon Alibi")) &&
+                        m_ui.click(QStringLiteral("Play")) && m_ui.waitFor(QStringLiteral("Retry"));
+    if (!expect(failed, "the error panel"))
+        return false;
+    shoot("player-error");
+    m_demo->services().setFaults({});
+    m_ui.click(QStringLiteral("Retry"));
+    if (!expect(waitPlaying(1), "the film after Retry"))
+        return false;
+    shoot("player-after-retry");
+    m_demo->application().state().playback()->stopPlayback();
+    return true;
+}
+
+} // namespace tavelo

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "DemoApplication.h"
+#include "UiDriver.h"
+
+#include <QDir>
+
+namespace tavelo {
+
+/// Walks through every screen by mouse and keyboard, at one window size, and leaves a picture of
+/// every state worth seeing.
+class Tour
+{
+public:
+    Tour(DemoApplication *demo, const QDir &folder, const QSize &size);
+
+    /// False when something did not come on screen; what, is said on the standard error stream.
+    bool walk();
+
+private:
+    bool home();
+    bool placeholder();
+    bool itemSheets();
+    bool player();
+    bool brokenFilm();
+    bool openItem(const QString &title);
+    bool waitPlaying(double seconds) const;
+    void shoot(const char *name);
+    bool expect(bool came, const char *what) const;
+
+    DemoApplication *m_demo;
+    QDir m_folder;
+    UiDriver m_ui;
+    int m_shots = 0;
+};
+
+} // namespace tavelo

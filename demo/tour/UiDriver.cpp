@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "UiDriver.h"
+
+#include <QAccessible>
+#include <QTest>
+
+namespace tavelo {
+
+namespace {
+
+constexpr int patience = 10'000; // milliseconds
+
+bool isAnything(QAccessibleInterface *)
+{
+    return true;
+}
+
+/// What reacts to a click, as against the captions that bear the same name.
+bool isControl(QAccessibleInterface *thing)
+{
+    switch (thing->role()) {
+    case QAccessible::Button:
+    case QAccessible::ButtonMenu:
+    case QAccessible::Link:
+    case QAccessible::ListItem:
+    case QAccessible::MenuItem:
+    case QAccessible::RadioButton:
+    case QAccessible::Slider:
+    case QAccessible::EditableText:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QAccessibleInterface *findBelow(QAccessibleInterface *parent, const QString &name,
+                                bool (*accepts)(QAccessibleInterface *))
+{
+    for (int i = 0; parent && i < parent->childCount(); ++i) {
+        QAccessibleInterface *child = parent->child(i);
+        if (!child || child->state().invisible)
+            continue;
+        if (child->text(QAccessible::Name) == name && accepts(child))
+            return child;
+        if (QAccessibleInterface *found = findBelow(child, name, accepts))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+UiDriver::UiDriver(QQuickWindow *window)
+    : m_window(window)
+{
+    QAccessible::setActive(true);
+}
+
+QAccessibleInterface *UiDriver::find(const QString &name) const
+{
+    return findBelow(QAccessible::queryAccessibleInterface(m_window), name, isAnything);
+}
+
+bool UiDriver::waitFor(const QString &name) const
+{
+    return QTest::qWaitFor([&] { return has(name); }, patience);
+}
+
+bool UiDriver::waitGone(const QString &name) const
+{
+    return QTest::qWaitFor([&] { return !has(name); }, patience);
+}
+
+bool UiDriver::moveToControl(const QString &name, QPoint &place) const
+{
+    QAccessibleInterface *control = nullptr;
+    const bool came = QTest::qWaitFor(
+        [&] {
+            control = findBelow(QAccessible::queryAccessibleInterface(m_window), name, isControl);
+            return control != nullptr;
+        },
+        patience);
+    if (!came)
+        return false;
+    place = m_window->mapFromGlobal(control->rect().center());
+    move(place);
+    return true;
+}
+
+bool UiDriver::click(const QString &name) const
+{
+    QPoint place;
+    if (!moveToControl(name, place))
+        return false;
+    QTest::mouseClick(m_window, Qt::LeftButton, {}, place);
+    return true;
+}
+
+bool UiDriver::hover(const QString &name) const
+{
+    QPoint place;
+    return moveToControl(name, place);
+}
+
+void UiDriver::move(const QPoint &to) const
+{
+    QTest::mouseMove(m_window, to);
+}
+
+void UiDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) const
+{
+    QTest::keyClick(m_window, key, modifiers);
+}
+
+void UiDriver::resize(const QSize &size) const
+{
+    m_window->resize(size);
+    (void)QTest::qWaitFor([&] { return m_window->size() == size; }, patience);
+    m_window->grabWindow();
+}
+
+} // namespace tavelo

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "main/Application.h"
+
+#include "platform/MediaEngine.h"
+#include "ui/UiModule.h"
+
+#include <QIcon>
+#include <QQuickWindow>
+
+#include <clocale>
+
+namespace tavelo {
+
+namespace {
+
+/// Before the application object exists: films are drawn with OpenGL.
+int &prepared(int &argc)
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+    QCoreApplication::setApplicationName(QStringLiteral("Tavelo"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TAVELO_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tavelo"));
+    return argc;
+}
+
+} // namespace
+
+Application::Application(int &argc, char **argv) : m_application(prepared(argc), argv)
+{
+    // The toolkit has just taken over the user's locale; the media engine needs the decimal point.
+    std::setlocale(LC_NUMERIC, "C");
+}
+
+bool Application::show()
+{
+    m_state = std::make_unique<AppState>([] { return MediaEngine::create(); });
+    m_engine = std::make_unique<QQmlApplicationEngine>();
+    UiModule::prepare(*m_engine);
+    m_engine->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(m_state.get())}});
+    m_engine->load(UiModule::mainWindow());
+    return window() != nullptr;
+}
+
+QQuickWindow *Application::window() const
+{
+    if (!m_engine || m_engine->rootObjects().isEmpty())
+        return nullptr;
+    return qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst());
+}
+
+} // namespace tavelo

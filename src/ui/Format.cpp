@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "ui/Format.h"
+
+#include "catalogue/Fmt.h"
+#include "ui/PosterProvider.h"
+
+namespace tavelo {
+
+QString Format::time(double seconds)
+{
+    return Fmt::time(seconds);
+}
+
+QString Format::byteCount(qint64 bytes)
+{
+    return Fmt::byteCount(bytes);
+}
+
+QString Format::rate(double rate)
+{
+    return QString::number(rate, 'g', 6) + QLatin1Char('x');
+}
+
+QUrl Format::poster(const QUrl &url, int radius)
+{
+    return PosterProvider::sourceFor(url, radius);
+}
+
+} // namespace tavelo

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QUrl>
+#include <QtQmlIntegration>
+
+namespace tavelo {
+
+/// Numbers and addresses as the screens write them.
+class Format : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    using QObject::QObject;
+
+    /// Clock text of a position or duration in seconds.
+    Q_INVOKABLE static QString time(double seconds);
+    /// "1.2 GB"; "—" below zero.
+    Q_INVOKABLE static QString byteCount(qint64 bytes);
+    /// "1.25x": no more digits than the rate has.
+    Q_INVOKABLE static QString rate(double rate);
+    /// Where an Image finds a picture of the net, cropped to its sourceSize, with corners of
+    /// `radius` pixels of that size. Empty when `url` is.
+    Q_INVOKABLE static QUrl poster(const QUrl &url, int radius);
+};
+
+} // namespace tavelo

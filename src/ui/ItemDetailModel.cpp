@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "ui/ItemDetailModel.h"
+
+#include "catalogue/OrvellaProvider.h"
+
+#include <QPointer>
+
+namespace tavelo {
+
+ItemDetailModel::ItemDetailModel(QObject *parent) : QObject(parent) {}
+
+ItemDetailModel::~ItemDetailModel()
+{
+    m_stop.request_stop();
+}
+
+QVariant ItemDetailModel::details() const
+{
+    return m_details ? QVariant::fromValue(*m_details) : QVariant::fromValue(nullptr);
+}
+
+void ItemDetailModel::setItem(const QVariant &item)
+{
+    m_stop.request_stop();
+    m_stop = {};
+    m_item = item;
+    Q_EMIT itemChanged();
+    if (item.canConvert<MediaItem>())
+        load(item.value<MediaItem>().id);
+    else
+        publish({}, {}, false);
+}
+
+QCoro::Task<> ItemDetailModel::load(QString id)
+{
+    const QPointer<ItemDetailModel> self(this);
+    const std::stop_token stop = m_stop.get_token();
+    publish({}, {}, true);
+    const Result<ArchiveDetails> details = co_await OrvellaProvider::details(id, stop);
+    if (!self || stop.stop_requested())
+        co_return;
+    if (details)
+        publish(*details, {}, false);
+    else
+        publish({}, details.error().text, false);
+}
+
+void ItemDetailModel::publish(std::optional<ArchiveDetails> details, const QString &error,
+                              bool loading)
+{
+    m_details = std::move(details);
+    m_error = error;
+    m_loading = loading;
+    Q_EMIT detailsChanged();
+    Q_EMIT errorChanged();
+    Q_EMIT loadingChanged();
+}
+
+} // namespace tavelo

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoroTask>
+#include <QImage>
+#include <QQuickImageResponse>
+#include <QUrl>
+
+#include <stop_token>
+
+namespace tavelo {
+
+/// One poster on its way. Lives on the main thread; the engine cancels and reads it from its own.
+/// One that does not come is an empty picture, not an error: the engine would log each of them.
+class PosterResponse : public QQuickImageResponse
+{
+    Q_OBJECT
+
+public:
+    /// `size` in pixels; an empty one leaves the picture as it is.
+    PosterResponse(QUrl url, QSize size, int radius);
+    ~PosterResponse() override;
+
+    void start();
+
+    QQuickTextureFactory *textureFactory() const override;
+    void cancel() override;
+
+private:
+    QCoro::Task<> load();
+
+    QUrl m_url;
+    QSize m_size;
+    int m_radius;
+    QImage m_image;
+    std::stop_source m_stop;
+};
+
+} // namespace tavelo

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Tavelo
+
+Rectangle {
+    id: sidebar
+
+    required property var app // an AppState
+
+    readonly property var symbols: ({
+            "Home": "house",
+            "Discover": "sparkles.tv",
+            "Search": "magnifyingglass",
+            "Torrent Search": "network",
+            "Library": "books.vertical",
+            "Downloads": "arrow.down.circle",
+            "Settings": "gearshape"
+        })
+
+    function choose(section: string) {
+        app.section = section;
+        app.showPlayer = false;
+    }
+
+    color: Theme.sidebar
+
+    ListView {
+        id: list
+
+        Accessible.name: qsTr("Sections")
+        Accessible.role: Accessible.List
+        activeFocusOnTab: true
+        anchors.fill: parent
+        anchors.margins: 10
+        anchors.topMargin: 20
+        boundsBehavior: Flickable.StopAtBounds
+        currentIndex: sidebar.app.sections.indexOf(sidebar.app.section)
+        interactive: contentHeight > height
+        keyNavigationEnabled: false
+        model: sidebar.app.sections
+        spacing: 2
+
+        Keys.onDownPressed: if (currentIndex < count - 1)
+            sidebar.choose(model[currentIndex + 1])
+        Keys.onUpPressed: if (currentIndex > 0)
+            sidebar.choose(model[currentIndex - 1])
+
+        delegate: SidebarRow {
+            id: row
+
+            required property string modelData
+
+            ringed: row.current && list.activeFocus
+            symbol: sidebar.symbols[row.modelData] ?? ""
+            text: row.modelData
+            current: row.modelData === sidebar.app.section
+            width: list.width
+
+            onClicked: sidebar.choose(row.modelData)
+        }
+    }
+}

@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/AppState.h"
+#include "catalogue/ArchiveDetails.h"
+#include "catalogue/ArchiveFile.h"
+#include "catalogue/MediaItem.h"
+#include "playback/NowPlaying.h"
+#include "playback/PlaybackCoordinator.h"
+
+#include <QtQmlIntegration>
+
+// The types of the lower floors, under the names by which the screens know them.
+
+namespace tavelo {
+
+struct ForeignAppState
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::AppState)
+    QML_NAMED_ELEMENT(AppState)
+    QML_UNCREATABLE("There is one, and the program makes it.")
+};
+
+struct ForeignPlaybackCoordinator
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::PlaybackCoordinator)
+    QML_NAMED_ELEMENT(PlaybackCoordinator)
+    QML_UNCREATABLE("AppState owns it.")
+};
+
+struct ForeignVideoPlayerManager
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::VideoPlayerManager)
+    QML_NAMED_ELEMENT(VideoPlayerManager)
+    QML_UNCREATABLE("PlaybackCoordinator owns it.")
+};
+
+struct ForeignMediaItem
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::MediaItem)
+    QML_NAMED_ELEMENT(mediaItem)
+};
+
+struct ForeignArchiveFile
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::ArchiveFile)
+    QML_NAMED_ELEMENT(archiveFile)
+};
+
+struct ForeignArchiveDetails
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::ArchiveDetails)
+    QML_NAMED_ELEMENT(archiveDetails)
+};
+
+struct ForeignAudioTrack
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::AudioTrack)
+    QML_NAMED_ELEMENT(audioTrack)
+};
+
+struct ForeignNowPlaying
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::NowPlaying)
+    QML_NAMED_ELEMENT(nowPlaying)
+};
+
+} // namespace tavelo

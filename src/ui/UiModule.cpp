@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "ui/UiModule.h"
+
+#include "ui/IconProvider.h"
+#include "ui/PosterProvider.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QImageReader>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+void qml_register_types_Tavelo(); // generated; naming it keeps the linker from leaving it out
+
+namespace tavelo {
+
+namespace {
+
+constexpr int pictureMegabytes = 256;
+
+void useFont()
+{
+    QFont font = QGuiApplication::font();
+    font.setFamilies({QStringLiteral("Inter"), font.family()});
+    QGuiApplication::setFont(font);
+}
+
+} // namespace
+
+void UiModule::prepare(QQmlEngine &engine)
+{
+    static const bool once = [] {
+        qml_register_types_Tavelo();
+        useFont();
+        QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+        QImageReader::setAllocationLimit(pictureMegabytes);
+        return true;
+    }();
+    Q_UNUSED(once)
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
+    engine.addImageProvider(QStringLiteral("poster"), new PosterProvider);
+}
+
+QUrl UiModule::mainWindow()
+{
+    return QUrl(QStringLiteral("qrc:/qt/qml/Tavelo/MainWindow.qml"));
+}
+
+} // namespace tavelo

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Tavelo
+
+// The sheet's content: one catalogue item with its files.
+FocusScope {
+    id: view
+
+    required property var app // an AppState
+    required property var item // a MediaItem
+
+    signal dismissed()
+
+    ItemDetailModel {
+        id: model
+
+        item: view.item
+    }
+    Flickable {
+        id: flick
+
+        anchors.fill: parent
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        contentHeight: column.height
+        flickableDirection: Flickable.VerticalFlick
+        focus: true
+
+        T.ScrollBar.vertical: ScrollThumb {
+        }
+
+        Keys.onDownPressed: contentY = Math.max(0, Math.min(contentHeight - height, contentY + 60))
+        Keys.onUpPressed: contentY = Math.max(0, contentY - 60)
+
+        Column {
+            id: column
+
+            bottomPadding: Theme.inset
+            spacing: Theme.grid
+            topPadding: 12
+            width: flick.width
+
+            IconButton {
+                anchors.right: parent.right
+                anchors.rightMargin: 12
+                color: Theme.secondary
+                iconSize: Theme.title
+                round: true
+                symbol: "xmark.circle.fill"
+                text: qsTr("Close")
+
+                onClicked: view.dismissed()
+            }
+            Row {
+                spacing: Theme.inset
+                width: parent.width - 2 * Theme.inset
+                x: Theme.inset
+
+                Poster {
+                    height: 280
+                    radius: 10
+                    symbols: false
+                    url: view.item.thumbnailURL
+                    width: 200
+                }
+                ItemText {
+                    item: view.item
+                    width: parent.width - x
+                }
+            }
+            ItemFiles {
+                details: model.details
+                error: model.error
+                topPadding: Theme.grid
+                width: parent.width - 2 * Theme.inset
+                x: Theme.inset
+
+                onPlay: file => view.app.play(file, view.item)
+            }
+        }
+    }
+}

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Tavelo
+
+Column {
+    id: text
+
+    required property var item // a MediaItem
+
+    readonly property string credits: [item.year, item.creator].filter(part => !!part).join(" · ")
+
+    spacing: 10
+
+    Label {
+        font.bold: true
+        font.pixelSize: Theme.title
+        heading: true
+        text: text.item.title
+        width: parent.width
+        wrapMode: Text.Wrap
+    }
+    Label {
+        color: Theme.secondary
+        text: text.credits
+        visible: text.credits !== ""
+        width: parent.width
+        wrapMode: Text.Wrap
+    }
+    Label {
+        color: Theme.secondary
+        font.pixelSize: Theme.caption
+        text: text.item.subjects.slice(0, 6).join(" • ")
+        visible: text.item.subjects.length > 0
+        width: parent.width
+        wrapMode: Text.Wrap
+    }
+    Label {
+        color: Qt.rgba(1, 1, 1, 0.8)
+        font.pixelSize: Theme.callout
+        lineHeight: 1.25
+        text: text.item.summary ?? ""
+        visible: !!text.item.summary
+        width: parent.width
+        wrapMode: Text.Wrap
+    }
+    Licence {
+        link: text.item.licenseLink
+        width: parent.width
+    }
+    Link {
+        destination: text.item.pageURL
+        text: qsTr("View on Orvella")
+    }
+}

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Window
+import Tavelo
+
+// A picture of the net in a rounded box: a spinner, then the picture, or the film symbol.
+Rectangle {
+    id: poster
+
+    property url url
+    property bool symbols: true // without: the plain box while there is no picture
+    property bool hovered: false
+
+    readonly property real ratio: Screen.devicePixelRatio
+    readonly property bool missing: image.status === Image.Ready && image.implicitWidth === 0
+
+    color: Theme.panel
+    radius: Theme.radius
+
+    Loader {
+        active: poster.symbols && (image.status === Image.Null || poster.missing)
+        anchors.centerIn: parent
+
+        sourceComponent: Icon {
+            color: Theme.tertiary
+            name: "film"
+            size: Theme.largeTitle
+        }
+    }
+    Loader {
+        active: poster.symbols && image.status === Image.Loading
+        anchors.centerIn: parent
+
+        sourceComponent: Spinner {
+            color: Theme.secondary
+        }
+    }
+    Image {
+        id: image
+
+        anchors.fill: parent
+        opacity: status === Image.Ready ? 1 : 0
+        source: Format.poster(poster.url, Math.round(poster.radius * poster.ratio))
+        sourceSize.height: Math.round(poster.height * poster.ratio)
+        sourceSize.width: Math.round(poster.width * poster.ratio)
+
+        Accessible.ignored: true
+
+        Behavior on opacity {
+            NumberAnimation {
+                duration: Theme.fade
+            }
+        }
+    }
+    Rectangle {
+        anchors.fill: parent
+        border.color: poster.hovered ? Qt.rgba(1, 1, 1, 0.22) : Theme.hairline
+        color: "transparent"
+        radius: poster.radius
+    }
+}

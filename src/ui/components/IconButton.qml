@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Tavelo
+
+// A borderless symbol; `text` is its name and its tooltip.
+T.AbstractButton {
+    id: button
+
+    required property string symbol
+    property color color: Theme.primary
+    property int iconSize: 20
+    property color plate: "transparent"
+    property bool round: false
+
+    activeFocusOnTab: true
+    implicitHeight: iconSize + 12
+    implicitWidth: iconSize + 12
+    opacity: enabled ? 1 : 0.4
+
+    Accessible.name: text
+    Keys.onEnterPressed: button.clicked()
+    Keys.onReturnPressed: button.clicked()
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+    Tip {
+        delay: 600
+        text: button.text
+        visible: button.hovered && !button.down && button.text !== ""
+    }
+
+    background: Rectangle {
+        color: button.down ? Theme.fillPressed : button.hovered ? Theme.fillHovered : button.plate
+        radius: button.round ? height / 2 : 6
+
+        FocusRing {
+            radius: parent.radius + 2
+            shown: button.visualFocus
+        }
+    }
+    contentItem: ButtonFace {
+        ink: button.color
+        symbol: button.symbol
+        symbolSize: button.iconSize
+    }
+}

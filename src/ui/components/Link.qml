@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Tavelo
+
+// Opens an address in the user's browser.
+T.AbstractButton {
+    id: link
+
+    required property url destination
+    property int pixelSize: Theme.callout
+
+    activeFocusOnTab: true
+    implicitHeight: contentItem.implicitHeight
+    implicitWidth: contentItem.implicitWidth
+
+    Accessible.name: text
+    Accessible.role: Accessible.Link
+    Keys.onEnterPressed: link.clicked()
+    Keys.onReturnPressed: link.clicked()
+    onClicked: Qt.openUrlExternally(destination)
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+
+    background: Item {
+        FocusRing {
+            radius: 4
+            shown: link.visualFocus
+        }
+    }
+    contentItem: Label {
+        Accessible.ignored: true
+        color: Theme.accent
+        font.pixelSize: link.pixelSize
+        font.underline: link.hovered
+        text: link.text
+    }
+}

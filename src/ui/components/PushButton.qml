@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Tavelo
+
+T.AbstractButton {
+    id: button
+
+    property bool prominent: false
+    property string symbol: ""
+    property bool small: false
+    property bool ringed: visualFocus
+
+    activeFocusOnTab: true
+    implicitHeight: small ? 28 : 32
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    leftPadding: small ? 12 : 14
+    opacity: enabled ? 1 : 0.4
+    rightPadding: leftPadding
+
+    Accessible.name: text
+    Keys.onEnterPressed: button.clicked()
+    Keys.onReturnPressed: button.clicked()
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+
+    background: Rectangle {
+        border.color: button.prominent ? "transparent" : Theme.hairline
+        color: button.prominent ? Theme.accent : button.down ? Theme.fillPressed
+                                                             : button.hovered ? Theme.fillHovered
+                                                                              : Theme.fill
+        radius: button.small ? height / 2 : 7
+
+        Rectangle {
+            anchors.fill: parent
+            color: button.down ? Qt.rgba(0, 0, 0, 0.18) : Qt.rgba(1, 1, 1, 0.12)
+            radius: parent.radius
+            visible: button.prominent && (button.down || button.hovered)
+        }
+        FocusRing {
+            radius: parent.radius + 2
+            shown: button.ringed
+        }
+    }
+    contentItem: ButtonFace {
+        ink: button.prominent ? Theme.accentInk : Theme.primary
+        pixelSize: button.small ? Theme.caption : Theme.callout
+        symbol: button.symbol
+        text: button.text
+        weight: button.prominent ? Font.DemiBold : Font.Medium
+    }
+}

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Tavelo
+
+// The strip below the section screens. The film itself lies over `slot`, drawn by the window's one
+// surface.
+Rectangle {
+    id: mini
+
+    required property var app // an AppState
+
+    readonly property var player: app.playback.player
+    readonly property alias slot: slot
+
+    color: Theme.panel
+    implicitHeight: 92
+
+    Rectangle {
+        color: Theme.hairline
+        height: 1
+        width: parent.width
+    }
+    RowLayout {
+        anchors.fill: parent
+        anchors.margins: 10
+        spacing: 12
+
+        Item {
+            id: slot
+
+            Layout.preferredHeight: 72
+            Layout.preferredWidth: 128
+        }
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: 2
+
+            Label {
+                Layout.fillWidth: true
+                font.pixelSize: Theme.headline
+                font.weight: Font.DemiBold
+                horizontalAlignment: Text.AlignLeft
+                text: mini.app.playback.nowPlaying?.title ?? ""
+            }
+            Label {
+                color: Theme.secondary
+                font.pixelSize: Theme.caption
+                text: mini.player.isBuffering ? qsTr("Buffering…")
+                                              : Format.time(mini.player.currentTime) + " / "
+                                                + Format.time(mini.player.duration)
+            }
+        }
+        IconButton {
+            symbol: "gobackward.10"
+            text: qsTr("Back 10 seconds")
+
+            onClicked: mini.player.seek(mini.player.currentTime - 10)
+        }
+        IconButton {
+            symbol: mini.player.isPlaying ? "pause.fill" : "play.fill"
+            text: mini.player.isPlaying ? qsTr("Pause") : qsTr("Play")
+
+            onClicked: mini.player.toggle()
+        }
+        IconButton {
+            symbol: "goforward.10"
+            text: qsTr("Forward 10 seconds")
+
+            onClicked: mini.player.seek(mini.player.currentTime + 10)
+        }
+        IconButton {
+            symbol: "arrow.up.left.and.arrow.down.right"
+            text: qsTr("Expand")
+
+            onClicked: mini.app.showPlayer = true
+        }
+        IconButton {
+            symbol: "xmark"
+            text: qsTr("Close player")
+
+            onClicked: mini.app.playback.stopPlayback()
+        }
+    }
+}

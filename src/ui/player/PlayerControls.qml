@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Tavelo
+
+Rectangle {
+    id: controls
+
+    required property var player // a VideoPlayerManager
+
+    readonly property bool menuOpen: audio.menuOpen || speed.menuOpen || aspect.menuOpen
+    readonly property bool busy: menuOpen || scrubber.scrubbing || volume.pressed
+
+    signal fullScreenToggled()
+
+    implicitHeight: column.implicitHeight + 28 + 28
+
+    gradient: Gradient {
+        GradientStop {
+            color: "transparent"
+            position: 0
+        }
+        GradientStop {
+            color: Qt.rgba(0, 0, 0, 0.8)
+            position: 1
+        }
+    }
+
+    TapHandler {
+    } // a click beside a button is none on the film
+
+    ColumnLayout {
+        id: column
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.margins: 14
+        anchors.right: parent.right
+        spacing: 6
+
+        Scrubber {
+            id: scrubber
+
+            Layout.fillWidth: true
+            player: controls.player
+        }
+        RowLayout {
+            spacing: 4
+
+            IconButton {
+                symbol: "gobackward.10"
+                iconSize: 22
+                text: qsTr("Back 10 seconds")
+
+                onClicked: controls.player.seek(controls.player.currentTime - 10)
+            }
+            IconButton {
+                iconSize: 26
+                symbol: controls.player.isPlaying ? "pause.fill" : "play.fill"
+                text: controls.player.isPlaying ? qsTr("Pause") : qsTr("Play")
+
+                onClicked: controls.player.toggle()
+            }
+            IconButton {
+                iconSize: 22
+                symbol: "goforward.10"
+                text: qsTr("Forward 10 seconds")
+
+                onClicked: controls.player.seek(controls.player.currentTime + 10)
+            }
+            IconButton {
+                Layout.leftMargin: 8
+                symbol: controls.player.isMuted || controls.player.volume === 0
+                        ? "speaker.slash.fill" : "speaker.wave.2.fill"
+                text: controls.player.isMuted ? qsTr("Unmute") : qsTr("Mute")
+
+                onClicked: controls.player.isMuted = !controls.player.isMuted
+            }
+            ValueSlider {
+                id: volume
+
+                Accessible.name: qsTr("Volume")
+                Layout.preferredWidth: 90
+                value: controls.player.volume
+
+                onMoved: {
+                    controls.player.volume = value;
+                    if (value > 0)
+                        controls.player.isMuted = false;
+                }
+            }
+            Item {
+                Layout.fillWidth: true
+            }
+            MenuButton {
+                id: audio
+
+                choices: Array.from(controls.player.audioOptions,
+                                    track => ({ text: track.name, value: track.id }))
+                current: controls.player.selectedAudio
+                symbol: "waveform"
+                text: qsTr("Audio track")
+                visible: choices.length >= 2
+
+                onChosen: id => controls.player.selectAudio(id)
+            }
+            MenuButton {
+                id: speed
+
+                choices: [
+                    { text: "0.5x", value: 0.5 },
+                    { text: "0.75x", value: 0.75 },
+                    { text: "1.0x", value: 1 },
+                    { text: "1.25x", value: 1.25 },
+                    { text: "1.5x", value: 1.5 },
+                    { text: "2.0x", value: 2 }
+                ]
+                current: controls.player.rate
+                label: Format.rate(controls.player.rate)
+                text: qsTr("Playback speed")
+
+                onChosen: rate => controls.player.setRate(rate)
+            }
+            MenuButton {
+                id: aspect
+
+                choices: [
+                    { text: "Fit", value: "Fit" },
+                    { text: "Fill", value: "Fill" },
+                    { text: "Stretch", value: "Stretch" }
+                ]
+                current: controls.player.aspect
+                symbol: "aspectratio"
+                text: qsTr("Aspect ratio")
+
+                onChosen: name => controls.player.aspect = name
+            }
+            IconButton {
+                symbol: "arrow.up.left.and.arrow.down.right"
+                text: qsTr("Full screen")
+
+                onClicked: controls.fullScreenToggled()
+            }
+        }
+    }
+}

@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Layouts
+import Tavelo
+
+// Time, bar, length. While it is dragged it follows the pointer; the film is sought once, at the end.
+RowLayout {
+    id: scrubber
+
+    required property var player // a VideoPlayerManager
+
+    property real scrub: -1 // seconds; negative: not dragged
+    readonly property bool scrubbing: scrub >= 0
+    readonly property real shownTime: scrubbing ? scrub : player.currentTime
+
+    spacing: 10
+
+    ClockLabel {
+        Layout.minimumWidth: total.implicitWidth
+        horizontalAlignment: Text.AlignRight
+        seconds: scrubber.shownTime
+    }
+    ValueSlider {
+        id: slider
+
+        Accessible.name: qsTr("Position")
+        Layout.fillWidth: true
+        enabled: scrubber.player.duration > 0
+        to: Math.max(scrubber.player.duration, 1)
+        trackColor: Qt.rgba(1, 1, 1, 0.15)
+        value: scrubber.shownTime
+
+        onMoved: scrubber.scrub = value
+        onPressedChanged: {
+            if (pressed || !scrubber.scrubbing)
+                return;
+            scrubber.player.seek(scrubber.scrub);
+            scrubber.scrub = -1;
+        }
+
+        Rectangle {
+            readonly property real fraction: scrubber.player.duration > 0
+                ? Math.min(scrubber.player.bufferedTo / scrubber.player.duration, 1) : 0
+
+            anchors.verticalCenter: parent.verticalCenter
+            color: Qt.rgba(1, 1, 1, 0.15)
+            height: 4
+            radius: 2
+            width: parent.width * fraction
+            z: -1
+        }
+        HoverHandler {
+            id: hover
+        }
+        Rectangle {
+            readonly property real at: hover.point.position.x / slider.width
+
+            color: Theme.popup
+            height: 24
+            radius: 5
+            visible: hover.hovered && slider.enabled
+            width: bubble.implicitWidth + 14
+            x: Math.max(0, Math.min(slider.width - width, hover.point.position.x - width / 2))
+            y: -30
+
+            ClockLabel {
+                id: bubble
+
+                Accessible.ignored: true
+                anchors.centerIn: parent
+                seconds: parent.at * slider.to
+            }
+        }
+    }
+    ClockLabel {
+        id: total
+
+        seconds: scrubber.player.duration
+    }
+}
