@@ -35,6 +35,8 @@ Application::Application(int &argc, char **argv) : m_application(prepared(argc),
 bool Application::show()
 {
     m_state = std::make_unique<AppState>([] { return MediaEngine::create(); });
+    // Whoever looks at an item may play it next.
+    QObject::connect(m_state.get(), &AppState::selectedItemChanged, &MediaEngine::preload);
     m_engine = std::make_unique<QQmlApplicationEngine>();
     UiModule::prepare(*m_engine);
     m_engine->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(m_state.get())}});

@@ -4,16 +4,22 @@
 
 #include <QCoreApplication>
 #include <QPluginLoader>
+#include <QThreadPool>
 
 namespace tavelo {
 
 namespace {
 
+/// Beside the program, as it is both in the build folder and where it is installed.
+QString pluginPath()
+{
+    return QCoreApplication::applicationDirPath() +
+           QLatin1String("/" TAVELO_PLUGIN_PATH "/libtavelo_mpv.so");
+}
+
 MediaEngine *loadedEngine()
 {
-    // Beside the program, as it is both in the build folder and where it is installed.
-    static QPluginLoader loader(QCoreApplication::applicationDirPath() +
-                                QLatin1String("/" TAVELO_PLUGIN_PATH "/libtavelo_mpv.so"));
+    static QPluginLoader loader(pluginPath());
     return qobject_cast<MediaEngine *>(loader.instance());
 }
 
@@ -23,6 +29,12 @@ std::unique_ptr<MediaPlayer> MediaEngine::create(const MediaEngineOptions &optio
 {
     MediaEngine *engine = loadedEngine();
     return engine ? engine->createPlayer(options) : nullptr;
+}
+
+void MediaEngine::preload()
+{
+    // A loader of its own: they share what they load, not their state.
+    QThreadPool::globalInstance()->start([path = pluginPath()] { QPluginLoader(path).load(); });
 }
 
 } // namespace tavelo

@@ -27,6 +27,8 @@ public:
     /// Loads the plugin at the first call. Null when it is missing or cannot start. Its users link
     /// the interface into their program, where the plugin finds it.
     static std::unique_ptr<MediaPlayer> create(const MediaEngineOptions &options = {});
+    /// Loads the plugin in the background, so that create() finds it loaded. Any number of times.
+    static void preload();
 };
 
 } // namespace tavelo

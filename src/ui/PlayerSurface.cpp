@@ -77,6 +77,7 @@ void PlayerSurface::setPlayer(VideoPlayerManager *player)
     m_player = player;
     if (player) {
         connect(player, &VideoPlayerManager::playerChanged, this, &PlayerSurface::takeRenderer);
+        connect(player, &VideoPlayerManager::aspectChanged, this, &PlayerSurface::applyAspect);
         connect(player, &QObject::destroyed, this, [this] {
             m_player = nullptr;
             takeRenderer();
@@ -90,6 +91,13 @@ void PlayerSurface::takeRenderer()
 {
     MediaPlayer *engine = m_player ? m_player->player() : nullptr;
     setVideoRenderer(engine ? engine->renderer() : nullptr);
+    applyAspect();
+}
+
+void PlayerSurface::applyAspect()
+{
+    if (MediaPlayer *engine = m_player ? m_player->player() : nullptr)
+        engine->setVideoGravity(gravityOf(m_player->aspect()));
 }
 
 void PlayerSurface::setVideoRenderer(std::shared_ptr<VideoRenderer> renderer)

@@ -36,6 +36,7 @@ Q_SIGNALS:
 
 private:
     void takeRenderer();
+    void applyAspect();
 
     VideoPlayerManager *m_player = nullptr;
     std::shared_ptr<VideoRenderer> m_renderer;

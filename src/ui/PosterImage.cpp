@@ -16,9 +16,10 @@ namespace {
 bool isAcceptable(const QImageReader &reader)
 {
     static const QByteArrayList formats{"jpeg", "png", "gif", "webp"};
+    if (!formats.contains(reader.format())) // before its reader sees more of it
+        return false;
     const QSize size = reader.size();
-    return formats.contains(reader.format()) && size.isValid() &&
-           qint64(size.width()) * size.height() <= PosterImage::maxPixels;
+    return size.isValid() && qint64(size.width()) * size.height() <= PosterImage::maxPixels;
 }
 
 QImage rounded(const QImage &picture, QSize size, int radius)

@@ -9,7 +9,7 @@
 #include "playback/NowPlaying.h"
 #include "playback/PlaybackCoordinator.h"
 
-#include <QtQmlIntegration>
+#include <qqmlregistration.h>
 
 // The types of the lower floors, under the names by which the screens know them.
 

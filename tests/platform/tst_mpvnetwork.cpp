@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "platform/MediaEngine.h"
-#include "testlib/FilmServer.h"
+#include "testlib/FaultServer.h"
 #include "testlib/PlayerProbe.h"
 
 #include <QFile>
@@ -17,6 +17,15 @@ QByteArray clip(const char *name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+const QByteArray path = "/film.mp4";
+
+/// Serves `film` as a public service would; the answer may be changed at any time.
+FaultServer::Answer &serveFilm(FaultServer &server, const QByteArray &film)
+{
+    server.serve(path, {.body = film, .etag = "\"first\"", .ranges = true});
+    return server.at(path);
+}
+
 constexpr int noticed = 10'000; // milliseconds from the standstill to the failure, at most
 
 } // namespace
@@ -30,9 +39,9 @@ private:
     std::unique_ptr<MediaPlayer> m_player;
     std::unique_ptr<PlayerProbe> m_probe;
 
-    void play(const FilmServer &server, float rate = 1)
+    void play(const FaultServer &server, float rate = 1)
     {
-        m_player->load(server.url());
+        m_player->load(server.url(path));
         m_player->setDefaultRate(rate);
         m_player->play();
     }
@@ -61,25 +70,26 @@ private Q_SLOTS:
     void plays_data()
     {
         QTest::addColumn<bool>("ranges");
-        QTest::addColumn<QByteArray>("redirectTo");
+        QTest::addColumn<bool>("redirect");
         QTest::addColumn<QByteArray>("film");
-        QTest::newRow("plainly") << true << QByteArray() << QByteArray("counted.mp4");
+        QTest::newRow("plainly") << true << false << QByteArray("counted.mp4");
         QTest::newRow("from a server without ranges")
-            << false << QByteArray() << QByteArray("counted.mp4");
-        QTest::newRow("over a redirect")
-            << true << QByteArray("/there.mp4") << QByteArray("counted.mp4");
-        QTest::newRow("with the index at the end")
-            << true << QByteArray() << QByteArray("short.mp4");
+            << false << false << QByteArray("counted.mp4");
+        QTest::newRow("over a redirect") << true << true << QByteArray("counted.mp4");
+        QTest::newRow("with the index at the end") << true << false << QByteArray("short.mp4");
     }
 
     void plays()
     {
         QFETCH(bool, ranges);
-        QFETCH(QByteArray, redirectTo);
+        QFETCH(bool, redirect);
         QFETCH(QByteArray, film);
-        FilmServer server(clip(film));
-        server.ranges = ranges;
-        server.redirectTo = redirectTo;
+        FaultServer server;
+        serveFilm(server, clip(film)).ranges = ranges;
+        if (redirect) {
+            server.serve("/there.mp4", server.at(path));
+            server.redirect(path, "/there.mp4", 302);
+        }
         play(server, 4);
         QVERIFY(m_probe->waitEnd());
         QVERIFY(qAbs(m_player->currentTime() - m_player->duration()) < 0.2);
@@ -96,9 +106,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::newRow("404") << 404 << QByteArray("x") << "HTTP 404";
         QTest::newRow("503") << 503 << QByteArray("x") << "HTTP 503";
-        QTest::newRow("a page instead of a film") << 0 << QByteArray("<html>Sign in</html>")
+        QTest::newRow("a page instead of a film") << 200 << QByteArray("<html>Sign in</html>")
                                                   << "This file is not a film that can be played.";
-        QTest::newRow("half an index") << 0 << clip("counted.mp4").first(2000)
+        QTest::newRow("half an index") << 200 << clip("counted.mp4").first(2000)
                                        << "This file is not a film that can be played.";
     }
 
@@ -106,8 +116,8 @@ private Q_SLOTS:
     {
         QFETCH(int, status);
         QFETCH(QByteArray, body);
-        FilmServer server(body);
-        server.status = status;
+        FaultServer server;
+        serveFilm(server, body).status = status;
         play(server);
         QVERIFY(m_probe->waitFailed(3'000));
         QTEST(m_player->itemError(), "text");
@@ -115,7 +125,7 @@ private Q_SLOTS:
 
     void refusedConnection()
     {
-        FilmServer server(clip("short.mp4"));
+        FaultServer server;
         server.setListening(false);
         play(server);
         QVERIFY(m_probe->waitFailed(3'000));
@@ -124,8 +134,8 @@ private Q_SLOTS:
 
     void silentFromTheStart()
     {
-        FilmServer server(clip("short.mp4"));
-        server.answers = false;
+        FaultServer server;
+        serveFilm(server, clip("short.mp4")).silent = true;
         play(server);
         QVERIFY(m_probe->waitFailed(noticed));
         QCOMPARE(m_player->itemError(), "The server stopped answering.");
@@ -133,28 +143,31 @@ private Q_SLOTS:
 
     void brokenConnectionIsTakenUpAgain()
     {
-        FilmServer server(clip("counted.mp4"));
-        server.dropAt = server.size() / 3;
+        FaultServer server;
+        auto &film = serveFilm(server, clip("counted.mp4"));
+        const qint64 third = film.body.size() / 3;
+        film.cutAfter = third;
         connect(m_player.get(), &MediaPlayer::itemStatusChanged, &server,
-                [&] { server.dropAt.reset(); });
+                [&] { film.cutAfter.reset(); });
         play(server, 4);
         QVERIFY(m_probe->waitEnd());
         QVERIFY(qAbs(m_player->currentTime() - 12) < 0.2);
         QCOMPARE(m_player->itemStatus(), ItemStatus::Ready);
         QVERIFY(server.requests().size() >= 2);
         QCOMPARE(server.requests().last().headers.value("range"),
-                 "bytes=" + QByteArray::number(server.size() / 3) + '-');
+                 "bytes=" + QByteArray::number(third) + '-');
     }
 
     void serverBackBeforeTheCacheIsPlayed()
     {
-        FilmServer server(clip("counted.mp4"));
-        server.dropAt = server.size() * 2 / 3;
+        FaultServer server;
+        auto &film = serveFilm(server, clip("counted.mp4"));
+        film.cutAfter = film.body.size() * 2 / 3;
         play(server, 2);
         QVERIFY(m_probe->waitTime(1));
         server.setListening(false);
         QVERIFY(m_probe->waitTime(3));
-        server.dropAt.reset();
+        film.cutAfter.reset();
         server.setListening(true);
         QVERIFY(m_probe->waitEnd());
         QVERIFY(!m_probe->statuses.mid(2).contains(TimeControlStatus::Waiting));
@@ -177,15 +190,15 @@ private Q_SLOTS:
     void neverTheEndOfTheFilm()
     {
         QFETCH(QString, fault);
-        FilmServer server(clip("counted.mp4"));
-        if (fault == "silent")
-            server.silentAt = server.size() / 3;
-        else
-            server.dropAt = server.size() / 3;
+        FaultServer server;
+        auto &film = serveFilm(server, clip("counted.mp4"));
+        (fault == "silent" ? film.silentAfter : film.cutAfter) = film.body.size() / 3;
         connect(m_player.get(), &MediaPlayer::itemStatusChanged, &server, [&] {
             server.setListening(fault != "gone");
-            server.status = fault == "403" ? 403 : 0;
-            server.etag = fault == "changed" ? "\"second\"" : "\"first\"";
+            if (fault == "403")
+                film.status = 403;
+            if (fault == "changed")
+                film.etag = "\"second\"";
         });
         play(server, 2);
         QVERIFY(m_probe->waitReady());
@@ -198,12 +211,9 @@ private Q_SLOTS:
         QVERIFY2(stoppedAt > 2 && stoppedAt < 6, qPrintable(QString::number(stoppedAt)));
 
         // Loaded again once the server is well, it goes on there.
-        server.disconnect();
         m_player->disconnect(&server);
         server.setListening(true);
-        server.status = 0;
-        server.silentAt.reset();
-        server.dropAt.reset();
+        serveFilm(server, clip("counted.mp4"));
         play(server, 4);
         QVERIFY(m_probe->waitReady());
         QVERIFY(m_probe->seek(stoppedAt));
@@ -212,9 +222,10 @@ private Q_SLOTS:
 
     void loadsAndEndsWhileTheServerIsSilent()
     {
-        FilmServer silent(clip("counted.mp4"));
-        silent.answers = false;
-        FilmServer well(clip("short.mp4"));
+        FaultServer silent;
+        serveFilm(silent, clip("counted.mp4")).silent = true;
+        FaultServer well;
+        serveFilm(well, clip("short.mp4"));
         play(silent);
         QTRY_COMPARE(silent.requests().size(), 1);
         QElapsedTimer timer;

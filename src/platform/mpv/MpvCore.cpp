@@ -52,7 +52,8 @@ constexpr Option options[] = {
     {"keep-open", "yes"},
     {"keep-open-pause", "no"},
     {"pause", "yes"},
-    {"hwdec", "vaapi,vaapi-copy,v4l2m2m-copy"},
+    {"hwdec", "vaapi"},
+    {"ao", "pipewire,pulse,alsa"},
     {"audio-client-name", "Tavelo"},
     {"audio-fallback-to-null", "yes"},
     // The picture waits for a renderer; until there is one, the core must not look for it.

@@ -74,6 +74,8 @@ void MpvRenderer::stop()
     mpv_render_context_set_update_callback(m_context, nullptr, nullptr);
     mpv_render_context_free(m_context);
     m_context = nullptr;
+    // The next film must not look for a picture before there is somewhere to draw it.
+    m_drawnCore->set("vid", QByteArray("no"));
     m_drawnCore.reset();
 }
 

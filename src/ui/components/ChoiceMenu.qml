@@ -28,7 +28,7 @@ T.Menu {
         delegate: ChoiceRow {
             required property var modelData
 
-            chosen: modelData.value === menu.current
+            chosen: menu !== null && modelData.value === menu.current
             label: modelData.text
 
             onTriggered: menu.chosen(modelData.value)

@@ -27,7 +27,8 @@ T.AbstractButton {
 
     background: Item {
         FocusRing {
-            radius: 4
+            around: 4
+            radius: 5
             shown: link.visualFocus
         }
     }

@@ -9,6 +9,7 @@ Item {
     id: pointer
 
     property bool cursorHidden: false
+    property point lastPosition: Qt.point(-1, -1)
 
     signal moved()
     signal toggled()
@@ -17,7 +18,13 @@ Item {
     HoverHandler {
         cursorShape: pointer.cursorHidden ? Qt.BlankCursor : Qt.ArrowCursor
 
-        onPointChanged: pointer.moved()
+        // Also told, without a movement, for every frame that changes what lies below.
+        onPointChanged: {
+            if (point.scenePosition === pointer.lastPosition)
+                return;
+            pointer.lastPosition = point.scenePosition;
+            pointer.moved();
+        }
     }
     TapHandler {
         acceptedButtons: Qt.LeftButton

@@ -24,6 +24,8 @@ RowLayout {
     ValueSlider {
         id: slider
 
+        objectName: "position"
+
         Accessible.name: qsTr("Position")
         Layout.fillWidth: true
         enabled: scrubber.player.duration > 0

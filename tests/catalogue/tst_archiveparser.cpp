@@ -1,0 +1,251 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "catalogue/ArchiveParser.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTest>
+
+using namespace tavelo;
+using Text = std::optional<QString>;
+
+namespace {
+
+QByteArray page(const QByteArray &documents)
+{
+    return R"({"response":{"docs":[)" + documents + "]}}";
+}
+
+MediaItem only(const QByteArray &document)
+{
+    const QList<MediaItem> items = ArchiveParser::parseSearch(page(document));
+    return items.size() == 1 ? items.first() : MediaItem{};
+}
+
+ArchiveDetails detailsOf(const QByteArray &metadata, const QByteArray &files = "[]")
+{
+    const QByteArray body = R"({"metadata":)" + metadata + R"(,"files":)" + files + '}';
+    return ArchiveParser::parseDetails(body, "abc").value_or(ArchiveDetails());
+}
+
+QStringList names(const QList<ArchiveFile> &files)
+{
+    QStringList list;
+    for (const ArchiveFile &file : files)
+        list.append(file.name);
+    return list;
+}
+
+} // namespace
+
+class TestArchiveParser : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void first_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<Text>("text");
+        const auto row = [](const char *json, Text text) {
+            QTest::newRow(json) << QByteArray(json) << std::move(text);
+        };
+        row(R"("")", "");
+        row(R"([["x","y"],"z"])", "x");
+        row("1234", "1234");
+        row("-9223372036854775808", "-9223372036854775808");
+        row("9007199254740993", "9007199254740993");
+        row("2.5", "2.5");
+        row("0.1", "0.1");
+        row("true", "1");
+        row("[false]", "0");
+        row("null", {});
+        row("{}", {});
+        row("[]", {});
+        row("[null,1]", {});
+    }
+    void first()
+    {
+        QFETCH(QByteArray, json);
+        const QJsonDocument document = QJsonDocument::fromJson('[' + json + ']');
+        QTEST(ArchiveParser::first(document.array().first()), "text");
+    }
+    void firstOfNothing() { QCOMPARE(ArchiveParser::first(QJsonValue::Undefined), Text()); }
+
+    void searchWithoutUsablePage_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        for (const char *body :
+             {"", "<html>busy</html>", "null", "[]", "{}", R"({"response":[]})",
+              R"({"response":{"docs":{}}})", R"({"response":{"docs":[{"identifier":"a"},1]}})",
+              R"({"response":{"docs":[{"identifier":"a"}]})", "{\"response\":\"\xff\"}"})
+            QTest::newRow(body) << QByteArray(body);
+        QTest::newRow("deeply nested") << page(QByteArray(1'000'000, '['));
+    }
+    void searchWithoutUsablePage()
+    {
+        QFETCH(QByteArray, body);
+        QCOMPARE(ArchiveParser::parseSearch(body), QList<MediaItem>());
+    }
+
+    void searchCoercesFields()
+    {
+        const MediaItem item = only(R"({"identifier":["id"],"title":["t","u"],"year":1968,
+            "description":["<p>x</p>","y"],"creator":[["c"]],"downloads":"+12",
+            "licenseurl":"Public Domain","subject":"Horror; Zombies"})");
+        QCOMPARE(item, (MediaItem{
+                           "id", "t", "1968", "x", "c", {"Horror; Zombies"}, 12, "Public Domain"}));
+        QCOMPARE(only(R"({"identifier":7,"title":{},"year":null,"description":"<br>","creator":[],
+            "downloads":"n/a","licenseurl":{"a":1},"subject":["a",2]})"),
+                 (MediaItem{"7", "7", {}, {}, {}, {}, 0, {}}));
+    }
+
+    void searchKeepsOrderAndSkips()
+    {
+        const auto items = ArchiveParser::parseSearch(
+            page(R"({"identifier":"b"},{"title":"x"},{"identifier":null},{"identifier":"a"})"));
+        QCOMPARE(items.size(), 2);
+        QCOMPARE(items.first().id, "b");
+        QCOMPARE(items.last().id, "a");
+    }
+
+    void downloads_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<qint64>("downloads");
+        const auto row = [](const char *json, qint64 downloads) {
+            QTest::newRow(json) << QByteArray(json) << downloads;
+        };
+        row("1234", 1234);
+        row(R"(["-7"])", -7);
+        row(R"("9223372036854775807")", 9223372036854775807);
+        row(R"("9223372036854775808")", 0);
+        row("2.5", 0);
+        row(R"("")", 0);
+        row(R"("+")", 0);
+        row(R"(" 1")", 0);
+        row(R"("1,000")", 0);
+        row(R"("0x10")", 0);
+        row(R"("٣")", 0);
+    }
+    void downloads()
+    {
+        QFETCH(QByteArray, json);
+        QTEST(only(R"({"identifier":"a","downloads":)" + json + '}').downloads, "downloads");
+    }
+
+    void detailsWithoutMetadata_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        for (const char *body : {"", "<html>", "[]", "{}", R"({"metadata":[]})",
+                                 R"({"metadata":{},"files":[)", R"({"error":"no such item"})"})
+            QTest::newRow(body) << QByteArray(body);
+    }
+    void detailsWithoutMetadata()
+    {
+        QFETCH(QByteArray, body);
+        QVERIFY(!ArchiveParser::parseDetails(body, "abc"));
+    }
+
+    void detailsItem()
+    {
+        const ArchiveDetails details = detailsOf(
+            R"({"identifier":"other","title":["T"],"date":"1968-10-01","downloads":5,
+                "subject":"Horror; Zombies ;;\tClassic\n"})");
+        QCOMPARE(
+            details.item,
+            (MediaItem{"abc", "T", "1968", {}, {}, {"Horror", "Zombies", "", "Classic\n"}, 0, {}}));
+        QVERIFY(!details.restricted);
+        const MediaItem item =
+            detailsOf(R"({"year":"c. 1930","date":"68","subject":["a;b"]})").item;
+        QCOMPARE(item, (MediaItem{"abc", "abc", "c. 1930", {}, {}, {"a;b"}, 0, {}}));
+        QCOMPARE(detailsOf(R"({"date":"68"})").item.year, "68");
+    }
+
+    void restricted_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<bool>("restricted");
+        QTest::newRow("text") << QByteArray(R"("true")") << true;
+        QTest::newRow("list") << QByteArray(R"(["true"])") << true;
+        QTest::newRow("boolean") << QByteArray("true") << false;
+        QTest::newRow("upper case") << QByteArray(R"("TRUE")") << false;
+    }
+    void restricted()
+    {
+        QFETCH(QByteArray, json);
+        QTEST(detailsOf(R"({"access-restricted-item":)" + json + '}').restricted, "restricted");
+    }
+
+    void fileAddress_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("path");
+        const auto row = [](const char *name, const char *path) {
+            QTest::newRow(name) << QString(name) << QByteArray(path);
+        };
+        row("Dir/My Film #1.mp4", "Dir/My%20Film%20%231.mp4");
+        row("//a///b/", "a/b");
+        row("100%/50%2F50?.mp4", "100%25/50%252F50%3F.mp4");
+        row("a+b&c=d@e:f!.mp4", "a+b&c=d@e:f!.mp4");
+        row("[x] {y} |z|.mp4", "%5Bx%5D%20%7By%7D%20%7Cz%7C.mp4");
+        row("Café 日本.mp4", "Caf%C3%A9%20%E6%97%A5%E6%9C%AC.mp4");
+    }
+    void fileAddress()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, path);
+        const QJsonArray files{QJsonObject{{"name", name}}};
+        const auto found = detailsOf("{}", QJsonDocument(files).toJson()).files;
+        QCOMPARE(found.size(), 1);
+        QCOMPARE(found.first().name, name);
+        QCOMPARE(found.first().url.toEncoded(), "https://archive.org/download/abc/" + path);
+    }
+
+    void filesAreOrdered()
+    {
+        const auto files = detailsOf("{}", R"([{"name":"plain"},{"format":"h.264"},
+            {"name":"ogg","format":"Ogg Video","size":"900000000"},
+            {"name":"mpeg4","format":"MPEG4","size":50000000},
+            {"name":"plain too","size":"9223372036854775808"},
+            {"name":"h264 a","format":"h.264 IA","size":"700000000"},
+            {"name":"h264 b","format":["H.264"],"size":"700000000"},
+            {"name":"mpeg2","format":"MPEG4 too","size":"800000000"}])")
+                               .files;
+        QCOMPARE(names(files),
+                 QStringList({"h264 a", "h264 b", "mpeg4", "ogg", "mpeg2", "plain", "plain too"}));
+        QCOMPARE(files.at(2).size, 50000000);
+        QVERIFY(!files.last().size);
+        QCOMPARE(names(detailsOf("{}", R"([{"name":"a"},"b"])").files), QStringList());
+    }
+
+    void equalFilesKeepTheirOrder()
+    {
+        QJsonArray files;
+        for (int i = 0; i < 200; ++i)
+            files.append(QJsonObject{{"name", QString::number(i)}, {"size", i % 2}});
+        const auto found = detailsOf("{}", QJsonDocument(files).toJson()).files;
+        QCOMPARE(found.size(), 200);
+        for (int i = 0; i < 100; ++i) {
+            QCOMPARE(found.at(i).name, QString::number(2 * i + 1));
+            QCOMPARE(found.at(100 + i).name, QString::number(2 * i));
+        }
+    }
+
+    void filesByKind()
+    {
+        ArchiveDetails details;
+        for (const char *name :
+             {"Movie.MP4", "a.m4v", "clip.mkv", "x.mp4/README", "subs/en.VTT", "film.torrent",
+              "other.torrent", "mp4", "b.mov", "c.ogv", "d.srt", "e.mp4.gz"})
+            details.files.append({.name = name, .format = {}, .size = {}, .url = {}});
+        QCOMPARE(names(details.playable()), QStringList({"Movie.MP4", "a.m4v", "b.mov"}));
+        QCOMPARE(names(details.otherVideos()), QStringList({"clip.mkv", "c.ogv"}));
+        QCOMPARE(names(details.subtitles()), QStringList({"subs/en.VTT", "d.srt"}));
+        QCOMPARE(details.torrent()->name, "film.torrent");
+        QVERIFY(!ArchiveDetails().torrent());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestArchiveParser)
+#include "tst_archiveparser.moc"

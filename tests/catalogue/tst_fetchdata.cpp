@@ -1,0 +1,216 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "catalogue/FetchData.h"
+#include "platform/HttpClient.h"
+#include "testlib/Awaited.h"
+#include "testlib/FaultServer.h"
+
+#include <QTemporaryFile>
+#include <QTest>
+
+#include <thread>
+
+using namespace std::chrono_literals;
+using namespace tavelo;
+
+namespace {
+
+Result<QByteArray> fetched(const QUrl &url, std::chrono::milliseconds timeout = 30s,
+                           std::stop_token stop = {})
+{
+    return awaited(fetchData(url, timeout, std::move(stop)));
+}
+
+QCoro::Task<> note(QString name, QUrl url, std::stop_token stop, QStringList *ended)
+{
+    co_await fetchData(url, 30s, stop);
+    ended->append(name);
+}
+
+} // namespace
+
+class TestFetchData : public QObject
+{
+    Q_OBJECT
+
+private:
+    FaultServer m_server;
+
+private Q_SLOTS:
+    void cleanup()
+    {
+        QTRY_COMPARE(m_server.openRequests(), 0);
+        // Requests are deleted later, and the last test has no later.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_server.setListening(true);
+        m_server.forgetRequests();
+    }
+
+    void status_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<bool>("good");
+        for (const int status : {200, 206, 299})
+            QTest::addRow("%d", status) << status << true;
+        for (const int status : {300, 304, 404, 500, 503, 599})
+            QTest::addRow("%d", status) << status << false;
+    }
+    void status()
+    {
+        QFETCH(int, status);
+        QFETCH(bool, good);
+        m_server.serve("/x", {.body = status == 304 ? "" : "body", .status = status});
+        const auto result = fetched(m_server.url("/x"));
+        QCOMPARE(bool(result), good);
+        if (good)
+            QCOMPARE(*result, "body");
+        else
+            QCOMPARE(result.error(),
+                     (Error{ErrorKind::Http, QString("HTTP %1").arg(status), status}));
+    }
+
+    void emptyBodyIsNoError()
+    {
+        m_server.serve("/x", {});
+        const auto result = fetched(m_server.url("/x"));
+        QVERIFY(result);
+        QCOMPARE(*result, "");
+    }
+
+    void redirectIsFollowedUnderOneName()
+    {
+        m_server.serve("/end", {.body = "end"});
+        m_server.redirect("/x", "/end");
+        const auto result = fetched(m_server.url("/x"));
+        QVERIFY(result);
+        QCOMPARE(*result, "end");
+        QCOMPARE(m_server.requests().size(), 2);
+        for (const auto &request : m_server.requests()) {
+            QCOMPARE(request.method, "GET");
+            QCOMPARE(request.headers.value("user-agent"), "TaveloApp/1.0 (macOS)");
+        }
+    }
+
+    void fileIsReadWithoutStatus()
+    {
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        file.write("here");
+        file.close();
+        const auto result = fetched(QUrl::fromLocalFile(file.fileName()));
+        QVERIFY(result);
+        QCOMPARE(*result, "here");
+    }
+
+    void refusedUntilTheServiceIsBack()
+    {
+        m_server.serve("/x", {.body = "back"});
+        m_server.setListening(false);
+        const auto refused = fetched(m_server.url("/x"));
+        QVERIFY(!refused);
+        QCOMPARE(refused.error().kind, ErrorKind::Transport);
+        QVERIFY(!refused.error().text.isEmpty());
+        m_server.setListening(true);
+        QVERIFY(fetched(m_server.url("/x")));
+    }
+
+    void connectionEndsInTheMiddle_data()
+    {
+        QTest::addColumn<bool>("reset");
+        QTest::addColumn<qint64>("bytes");
+        QTest::newRow("end before the body") << false << qint64(0);
+        QTest::newRow("end in the body") << false << qint64(70'000);
+        QTest::newRow("reset in the body") << true << qint64(70'000);
+    }
+    void connectionEndsInTheMiddle()
+    {
+        QFETCH(bool, reset);
+        QFETCH(qint64, bytes);
+        m_server.serve("/x", {.body = QByteArray(100'000, 'x'), .cutAfter = bytes, .reset = reset});
+        const auto result = fetched(m_server.url("/x"));
+        QVERIFY(!result);
+        QCOMPARE(result.error().kind, ErrorKind::Transport);
+    }
+
+    void timeout_data()
+    {
+        QTest::addColumn<FaultServer::Answer>("answer");
+        const QByteArray body(100'000, 'x');
+        QTest::newRow("no answer") << FaultServer::Answer{.silent = true};
+        QTest::newRow("no end") << FaultServer::Answer{.body = body, .silentAfter = 50'000};
+        // Bytes that come in time do not put the end off.
+        QTest::newRow("too slow") << FaultServer::Answer{.body = body, .bytesPerSecond = 10'000};
+    }
+    void timeout()
+    {
+        QFETCH(FaultServer::Answer, answer);
+        m_server.serve("/x", answer);
+        const auto result = fetched(m_server.url("/x"), 300ms);
+        QVERIFY(!result);
+        QCOMPARE(result.error().kind, ErrorKind::TimedOut);
+    }
+
+    void lateAnswerIsAnAnswer()
+    {
+        m_server.serve("/x", {.body = "late", .delay = 300ms});
+        QVERIFY(fetched(m_server.url("/x")));
+    }
+
+    void bodyHasABound()
+    {
+        m_server.serve("/x", {.body = QByteArray(HttpClient::maxBodyBytes + 1024 * 1024, 'x')});
+        const auto result = fetched(m_server.url("/x"), 120s);
+        QVERIFY(!result);
+        QCOMPARE(result.error().kind, ErrorKind::TooLarge);
+        QTRY_COMPARE(m_server.openRequests(), 0);
+        m_server.serve("/x", {});
+    }
+
+    void stopEndsTheRequest_data()
+    {
+        QTest::addColumn<bool>("fromAnotherThread");
+        QTest::newRow("here") << false;
+        QTest::newRow("another thread") << true;
+    }
+    void stopEndsTheRequest()
+    {
+        QFETCH(bool, fromAnotherThread);
+        m_server.serve("/x", {.silent = true});
+        std::stop_source source;
+        auto task = fetchData(m_server.url("/x"), 60s, source.get_token());
+        QTRY_COMPARE(m_server.requests().size(), 1);
+        if (fromAnotherThread)
+            std::thread([&source] { source.request_stop(); }).join();
+        else
+            source.request_stop();
+        const auto result = awaited(std::move(task));
+        QVERIFY(!result);
+        QCOMPARE(result.error().kind, ErrorKind::Cancelled);
+    }
+
+    void stopBeforeTheStart()
+    {
+        std::stop_source source;
+        source.request_stop();
+        m_server.serve("/x", {.silent = true});
+        const auto result = fetched(m_server.url("/x"), 60s, source.get_token());
+        QVERIFY(!result);
+        QCOMPARE(result.error().kind, ErrorKind::Cancelled);
+    }
+
+    void requestsDoNotWaitForEachOther()
+    {
+        m_server.serve("/slow", {.silent = true});
+        m_server.serve("/quick", {.body = "quick"});
+        QStringList ended;
+        std::stop_source source;
+        const auto slow = note("slow", m_server.url("/slow"), source.get_token(), &ended);
+        const auto quick = note("quick", m_server.url("/quick"), {}, &ended);
+        QTRY_COMPARE(ended, QStringList{"quick"});
+        source.request_stop();
+        QTRY_COMPARE(ended.size(), 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFetchData)
+#include "tst_fetchdata.moc"

@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "Program.h"
+
+#include "catalogue/ServiceHosts.h"
+#include "platform/MediaEngine.h"
+#include "ui/UiModule.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTest>
+
+namespace tavelo {
+
+namespace {
+
+constexpr int filmCount = 24;
+
+QJsonObject film(int number)
+{
+    const QString id = QStringLiteral("film%1").arg(number);
+    return {{"identifier", id},
+            {"title", QStringLiteral("Film %1").arg(number)},
+            {"year", "1940"},
+            {"subject", QJsonArray{"noir", QStringLiteral("subject %1").arg(number % 12)}}};
+}
+
+QByteArray searchAnswer()
+{
+    QJsonArray films;
+    for (int i = 0; i < filmCount; ++i)
+        films.append(film(i));
+    const QJsonObject response{{"numFound", filmCount}, {"start", 0}, {"docs", films}};
+    return QJsonDocument(QJsonObject{{"response", response}}).toJson();
+}
+
+QByteArray clip()
+{
+    QFile file(TAVELO_CLIPS "/counted.mp4");
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void collect(QQuickItem *item, QList<QQuickItem *> &items)
+{
+    if (!item->isVisible())
+        return;
+    items.append(item);
+    for (QQuickItem *child : item->childItems())
+        collect(child, items);
+}
+
+} // namespace
+
+FaultServer &Program::server()
+{
+    static auto *server = [] {
+        auto *made = new FaultServer;
+        made->setParent(QCoreApplication::instance());
+        ServiceHosts hosts = ServiceHosts::current();
+        hosts.archive = made->base();
+        ServiceHosts::replace(hosts);
+        return made;
+    }();
+    return *server;
+}
+
+Program::Program()
+{
+    server().serve("/advancedsearch.php", {.body = searchAnswer()});
+    for (int i = 0; i < 2; ++i)
+        serveFiles("film" + QByteArray::number(i), {"reel.mp4"});
+    server().serve("/download/film0/reel.mp4", {.body = clip(), .ranges = true});
+    server().forgetRequests();
+}
+
+void Program::serveFiles(const QByteArray &id, const QStringList &names, bool restricted)
+{
+    QJsonArray files;
+    for (const QString &name : names)
+        files.append(QJsonObject{{"name", name}, {"format", "h.264"}, {"size", "1500000"}});
+    QJsonObject metadata = film(id.mid(4).toInt());
+    if (restricted)
+        metadata["access-restricted-item"] = "true";
+    const QJsonObject answer{{"metadata", metadata}, {"files", files}};
+    server().serve("/metadata/" + id, {.body = QJsonDocument(answer).toJson()});
+}
+
+bool Program::show()
+{
+    m_state = std::make_unique<AppState>([] { return MediaEngine::create({.headless = false}); });
+    m_engine = std::make_unique<QQmlApplicationEngine>();
+    UiModule::prepare(*m_engine);
+    m_engine->setInitialProperties({{"app", QVariant::fromValue(m_state.get())}});
+    m_engine->load(UiModule::mainWindow());
+    if (m_engine->rootObjects().isEmpty())
+        return false;
+    m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().first());
+    m_window->requestActivate();
+    QTest::mouseMove(m_window, {1, m_window->height() - 1});
+    return QTest::qWaitForWindowActive(m_window);
+}
+
+QList<QQuickItem *> Program::visibleItems() const
+{
+    QList<QQuickItem *> items;
+    collect(m_window->contentItem(), items);
+    return items;
+}
+
+QQuickItem *Program::text(const QString &wording) const
+{
+    for (QQuickItem *item : visibleItems()) {
+        if (item->inherits("QQuickText") && item->property("text") == wording)
+            return item;
+    }
+    return nullptr;
+}
+
+QQuickItem *Program::control(const QString &wording) const
+{
+    for (QQuickItem *item : visibleItems()) {
+        if (item->inherits("QQuickAbstractButton") && item->property("text") == wording)
+            return item;
+    }
+    return nullptr;
+}
+
+int Program::countControls(const QString &wording) const
+{
+    int count = 0;
+    for (const QQuickItem *item : visibleItems())
+        count += item->inherits("QQuickAbstractButton") && item->property("text") == wording;
+    return count;
+}
+
+QQuickItem *Program::item(const char *type) const
+{
+    for (QQuickItem *item : visibleItems()) {
+        if (QByteArray(item->metaObject()->className()).startsWith(QByteArray(type) + '_') ||
+            item->inherits(type))
+            return item;
+    }
+    return nullptr;
+}
+
+bool Program::click(const QString &wording)
+{
+    if (!QTest::qWaitFor([&] { return control(wording) != nullptr; }, 10'000))
+        return false;
+    m_window->grabWindow(); // what has just come gets its place when it is drawn
+    clickAt(middleOf(control(wording)));
+    return true;
+}
+
+void Program::clickAt(QPoint point)
+{
+    QTest::mouseClick(m_window, Qt::LeftButton, {}, point);
+}
+
+void Program::key(Qt::Key key)
+{
+    QTest::keyClick(m_window, key);
+}
+
+QPoint Program::middleOf(const QQuickItem *item)
+{
+    return item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
+}
+
+} // namespace tavelo

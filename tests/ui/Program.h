@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/AppState.h"
+#include "testlib/FaultServer.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+namespace tavelo {
+
+/// The whole window on a catalogue of the test's own: films "film0", "film1", … with the titles
+/// "Film 0", … The catalogue's answers may be changed before show().
+class Program
+{
+public:
+    Program();
+
+    static FaultServer &server();
+    /// An item's answer: files by name, in the service's form.
+    static void serveFiles(const QByteArray &id, const QStringList &names, bool restricted = false);
+
+    /// Shows the window and waits until it has the keyboard.
+    bool show();
+
+    AppState &state() { return *m_state; }
+    VideoPlayerManager &player() { return *m_state->playback()->player(); }
+    QQuickWindow *window() const { return m_window; }
+
+    /// The first visible text, or control that can be pressed, of that wording; null when none is.
+    QQuickItem *text(const QString &wording) const;
+    QQuickItem *control(const QString &wording) const;
+    int countControls(const QString &wording) const;
+    /// The first visible item of a QML or C++ type.
+    QQuickItem *item(const char *type) const;
+    QList<QQuickItem *> visibleItems() const;
+
+    /// Waits for the control and clicks its middle.
+    bool click(const QString &wording);
+    void clickAt(QPoint point);
+    void key(Qt::Key key);
+    static QPoint middleOf(const QQuickItem *item);
+
+private:
+    std::unique_ptr<AppState> m_state;
+    std::unique_ptr<QQmlApplicationEngine> m_engine;
+    QQuickWindow *m_window = nullptr;
+};
+
+} // namespace tavelo

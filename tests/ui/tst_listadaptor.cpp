@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "catalogue/MediaItem.h"
+#include "ui/ListAdaptor.h"
+
+#include <QAbstractItemModelTester>
+#include <QJSEngine>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <map>
+
+using namespace tavelo;
+
+namespace {
+
+/// "a b:2 c" as records with `id` and `note`.
+QVariantList records(const QString &text)
+{
+    QVariantList list;
+    for (const QString &word : text.split(' ', Qt::SkipEmptyParts)) {
+        list.append(QVariantMap{{"id", word.section(':', 0, 0)}, {"note", word.section(':', 1)}});
+    }
+    return list;
+}
+
+QString shown(const ListAdaptor &list)
+{
+    QStringList words;
+    for (int row = 0; row < list.rowCount(); ++row) {
+        const QVariantMap record = list.index(row).data(ListAdaptor::RecordRole).toMap();
+        const QString note = record["note"].toString();
+        words.append(record["id"].toString() + (note.isEmpty() ? QString() : ":" + note));
+    }
+    return words.join(' ');
+}
+
+} // namespace
+
+class tst_ListAdaptor : public QObject
+{
+    Q_OBJECT
+
+private:
+    QJSEngine m_script;
+
+private Q_SLOTS:
+    void followsByDifference_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("after");
+        QTest::addColumn<int>("inserts");
+        QTest::addColumn<int>("removals");
+        QTest::addColumn<int>("moves");
+        QTest::addColumn<int>("changes");
+        QTest::newRow("filled") << ""
+                                << "a b c" << 1 << 0 << 0 << 0;
+        QTest::newRow("emptied") << "a b c"
+                                 << "" << 0 << 1 << 0 << 0;
+        QTest::newRow("the same") << "a b c"
+                                  << "a b c" << 0 << 0 << 0 << 0;
+        QTest::newRow("one changed") << "a b c"
+                                     << "a b:new c" << 0 << 0 << 0 << 1;
+        QTest::newRow("appended") << "a b"
+                                  << "a b c d" << 1 << 0 << 0 << 0;
+        QTest::newRow("in front") << "c d"
+                                  << "a b c d" << 1 << 0 << 0 << 0;
+        QTest::newRow("between") << "a d"
+                                 << "a b c d" << 1 << 0 << 0 << 0;
+        QTest::newRow("first gone") << "a b c"
+                                    << "b c" << 0 << 1 << 0 << 0;
+        QTest::newRow("two runs gone") << "a b c d e"
+                                       << "c" << 0 << 2 << 0 << 0;
+        QTest::newRow("last to the front") << "a b c d"
+                                           << "d a b c" << 0 << 0 << 1 << 0;
+        QTest::newRow("turned around") << "a b c"
+                                       << "c b a" << 0 << 0 << 2 << 0;
+        QTest::newRow("all others") << "a b"
+                                    << "x y z" << 1 << 1 << 0 << 0;
+        QTest::newRow("of everything") << "a b c d"
+                                       << "d:2 x b y" << 2 << 2 << 1 << 1;
+        QTest::newRow("equal keys") << "a a b"
+                                    << "a:2 a b a" << 1 << 0 << 0 << 1;
+    }
+
+    void followsByDifference()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, after);
+        ListAdaptor list;
+        const QAbstractItemModelTester tester(&list);
+        list.setKey("id");
+        list.setRecords(records(before));
+        QCOMPARE(shown(list), before);
+
+        std::multimap<QString, QPersistentModelIndex> rows;
+        for (int row = 0; row < list.rowCount(); ++row) {
+            const QModelIndex index = list.index(row);
+            rows.emplace(index.data(ListAdaptor::RecordRole).toMap()["id"].toString(), index);
+        }
+        const QSignalSpy inserts(&list, &ListAdaptor::rowsInserted);
+        const QSignalSpy removals(&list, &ListAdaptor::rowsRemoved);
+        const QSignalSpy moves(&list, &ListAdaptor::rowsMoved);
+        const QSignalSpy changes(&list, &ListAdaptor::dataChanged);
+        const QSignalSpy resets(&list, &ListAdaptor::modelReset);
+        list.setRecords(records(after));
+
+        QCOMPARE(shown(list), after);
+        QTEST(int(inserts.size()), "inserts");
+        QTEST(int(removals.size()), "removals");
+        QTEST(int(moves.size()), "moves");
+        QTEST(int(changes.size()), "changes");
+        QCOMPARE(resets.size(), 0);
+        for (const auto &[id, index] : rows) {
+            QCOMPARE(index.isValid(), after.contains(id));
+            if (index.isValid())
+                QCOMPARE(index.data(ListAdaptor::RecordRole).toMap()["id"].toString(), id);
+        }
+    }
+
+    void takesAnyList_data()
+    {
+        QTest::addColumn<QVariant>("list");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<int>("count");
+        MediaItem item;
+        item.id = "a";
+        MediaItem other;
+        other.id = "b";
+        QTest::newRow("gadgets") << QVariant::fromValue(QList<MediaItem>{item, other}) << "id" << 2;
+        QTest::newRow("texts") << QVariant(QStringList{"a", "b", "c"}) << "" << 3;
+        QTest::newRow("script objects")
+            << QVariant::fromValue(m_script.evaluate("[{id: 'a'}, {id: 'b'}]")) << "id" << 2;
+        QTest::newRow("nothing") << QVariant() << "id" << 0;
+        QTest::newRow("null") << QVariant::fromValue(nullptr) << "id" << 0;
+        QTest::newRow("no list") << QVariant(17) << "id" << 0;
+        QTest::newRow("no such key") << QVariant(records("a b")) << "name" << 2;
+    }
+
+    void takesAnyList()
+    {
+        QFETCH(QVariant, list);
+        QFETCH(QString, key);
+        ListAdaptor adaptor;
+        const QAbstractItemModelTester tester(&adaptor);
+        adaptor.setKey(key);
+        adaptor.setRecords(list);
+        QTEST(adaptor.rowCount(), "count");
+        const QSignalSpy changes(&adaptor, &ListAdaptor::dataChanged);
+        adaptor.setRecords(list);
+        QTEST(adaptor.rowCount(), "count");
+        QCOMPARE(changes.size(), 0);
+    }
+
+    void gadgetsAreComparedWhole()
+    {
+        MediaItem item;
+        item.id = "a";
+        item.title = "Before";
+        ListAdaptor list;
+        list.setKey("id");
+        list.setRecords(QVariant::fromValue(QList{item}));
+        const QSignalSpy changes(&list, &ListAdaptor::dataChanged);
+        item.title = "After";
+        list.setRecords(QVariant::fromValue(QList{item}));
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(list.index(0).data(ListAdaptor::RecordRole).value<MediaItem>().title, "After");
+    }
+
+    void manyRows()
+    {
+        QStringList texts;
+        for (int i = 0; i < 5'000; ++i)
+            texts.append(QString::number(i));
+        ListAdaptor list;
+        list.setRecords(texts);
+        std::reverse(texts.begin(), texts.end());
+        QElapsedTimer timer;
+        timer.start();
+        list.setRecords(texts);
+        QCOMPARE(list.index(0).data(ListAdaptor::RecordRole).toString(), "4999");
+        QVERIFY2(timer.elapsed() < 2'000, qPrintable(QString::number(timer.elapsed())));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_ListAdaptor)
+#include "tst_listadaptor.moc"

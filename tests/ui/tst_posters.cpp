@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "testlib/FaultServer.h"
+#include "ui/Format.h"
+#include "ui/PosterImage.h"
+#include "ui/UiModule.h"
+
+#include <QBuffer>
+#include <QPainter>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QTest>
+#include <QtEndian>
+
+using namespace tavelo;
+
+namespace {
+
+/// Red, green and blue stripes of equal width.
+QByteArray picture(QSize size, const char *format)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::green);
+    QPainter painter(&image);
+    painter.fillRect(0, 0, size.width() / 3, size.height(), Qt::red);
+    painter.fillRect(size.width() - size.width() / 3, 0, size.width(), size.height(), Qt::blue);
+    painter.end();
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+/// A JPEG whose header says that it is that large.
+QByteArray declaring(quint16 width, quint16 height)
+{
+    QByteArray bytes = picture({16, 16}, "JPEG");
+    const qsizetype frame = bytes.indexOf(QByteArray::fromHex("ffc0"));
+    qToBigEndian(height, bytes.data() + frame + 5);
+    qToBigEndian(width, bytes.data() + frame + 7);
+    return bytes;
+}
+
+const char *const posterSource = R"(
+    import QtQuick
+    import Tavelo
+    Item {
+        property alias url: poster.url
+        property alias missing: poster.missing
+        property bool ready: poster.children[2].status === Image.Ready
+        Poster { id: poster; width: 150; height: 210 }
+    }
+)";
+
+class Posters
+{
+public:
+    Posters()
+    {
+        UiModule::prepare(*engine);
+        QQmlComponent component(engine.get());
+        component.setData(posterSource, QUrl("qrc:/test.qml"));
+        item.reset(component.create());
+        if (!item)
+            qFatal("%s", qPrintable(component.errorString()));
+    }
+
+    bool waitReady() const
+    {
+        return QTest::qWaitFor([&] { return item->property("ready").toBool(); }, 10'000);
+    }
+
+    std::unique_ptr<QQmlEngine> engine = std::make_unique<QQmlEngine>();
+    std::unique_ptr<QObject> item;
+};
+
+} // namespace
+
+class tst_Posters : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void decodes_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("good");
+        QTest::newRow("PNG") << picture({300, 200}, "PNG") << true;
+        QTest::newRow("JPEG") << picture({300, 200}, "JPEG") << true;
+        QTest::newRow("tiny") << picture({3, 3}, "PNG") << true;
+        QTest::newRow("nothing") << QByteArray() << false;
+        QTest::newRow("a web page") << QByteArray("<html><body>Not found</body></html>") << false;
+        QTest::newRow("SVG") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg' width='9' "
+                                           "height='9'><image href='file:///etc/passwd'/></svg>")
+                             << false;
+        QTest::newRow("BMP") << picture({300, 200}, "BMP") << false;
+        QTest::newRow("declares many pixels") << declaring(7'000, 7'000) << true;
+        QTest::newRow("declares too many pixels") << declaring(7'100, 7'100) << false;
+        QTest::newRow("would be too large at this size") << declaring(40'000, 1) << false;
+        QTest::newRow("ends in its header") << picture({300, 200}, "PNG").left(30) << false;
+    }
+
+    void decodes()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, good);
+        const QImage image = PosterImage::decode(bytes, {150, 210}, 8);
+        QCOMPARE(!image.isNull(), good);
+        if (good)
+            QCOMPARE(image.size(), QSize(150, 210));
+    }
+
+    void fillsAndCrops_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QColor>("left");
+        QTest::newRow("as it is") << QSize(300, 200) << QColor(Qt::red);
+        QTest::newRow("smaller") << QSize(30, 20) << QColor(Qt::red);
+        QTest::newRow("its middle third") << QSize(90, 200) << QColor(Qt::green);
+        QTest::newRow("larger") << QSize(600, 400) << QColor(Qt::red);
+    }
+
+    void fillsAndCrops()
+    {
+        QFETCH(QSize, size);
+        const QImage image = PosterImage::decode(picture({300, 200}, "PNG"), size, 0);
+        QCOMPARE(image.size(), size);
+        QTEST(image.pixelColor(2, size.height() / 2), "left");
+        QCOMPARE(image.pixelColor(size.width() / 2, size.height() / 2), QColor(Qt::green));
+    }
+
+    void roundsItsCorners()
+    {
+        const QImage image = PosterImage::decode(picture({300, 200}, "JPEG"), {150, 210}, 8);
+        for (const QPoint corner : {QPoint(0, 0), {149, 0}, {0, 209}, {149, 209}})
+            QCOMPARE(image.pixelColor(corner).alpha(), 0);
+        for (const QPoint inside : {QPoint(8, 0), {0, 8}, {3, 3}, {149, 201}})
+            QCOMPARE(image.pixelColor(inside).alpha(), 255);
+    }
+
+    void asksForThatVeryAddress_data()
+    {
+        QTest::addColumn<QByteArray>("target");
+        QTest::newRow("plain") << QByteArray("/services/img/film");
+        QTest::newRow("space") << QByteArray("/services/img/a%20film");
+        QTest::newRow("number sign and percent") << QByteArray("/img/50%25%23one");
+        QTest::newRow("escaped slash") << QByteArray("/img/a%2Fb%252Fc");
+        QTest::newRow("accents") << QByteArray("/img/%C3%A9t%C3%A9");
+        QTest::newRow("query") << QByteArray("/img?a=1%262&b=x+y");
+        QTest::newRow("placeholders") << QByteArray("/img/%251%252");
+    }
+
+    void asksForThatVeryAddress()
+    {
+        QFETCH(QByteArray, target);
+        FaultServer server;
+        server.serve(target.split('?').first(), {.body = picture({30, 42}, "PNG")});
+        Posters posters;
+        posters.item->setProperty("url", QUrl::fromEncoded(server.base().toUtf8() + target));
+        QVERIFY(posters.waitReady());
+        QVERIFY(!posters.item->property("missing").toBool());
+        QCOMPARE(server.requests().size(), 1);
+        QCOMPARE(server.requests().first().target, target);
+    }
+
+    void onesThatDoNotCome_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::newRow("404") << 404 << picture({30, 42}, "PNG");
+        QTest::newRow("no picture") << 200 << QByteArray("<html></html>");
+        QTest::newRow("empty") << 200 << QByteArray();
+    }
+
+    void onesThatDoNotCome()
+    {
+        QFETCH(int, status);
+        QFETCH(QByteArray, body);
+        FaultServer server;
+        server.serve("/img", {.body = body, .status = status});
+        Posters posters;
+        posters.item->setProperty("url", server.url("/img"));
+        QTRY_VERIFY_WITH_TIMEOUT(posters.item->property("missing").toBool(), 10'000);
+    }
+
+    void cancelledWithItsCard()
+    {
+        FaultServer server;
+        server.serve("/img", {.silent = true});
+        Posters posters;
+        posters.item->setProperty("url", server.url("/img"));
+        QTRY_COMPARE(server.openRequests(), 1);
+        posters.item.reset();
+        QTRY_COMPARE(server.openRequests(), 0);
+    }
+
+    void engineEndsWhileTheyAreOnTheirWay_data()
+    {
+        QTest::addColumn<bool>("asked");
+        QTest::newRow("at once") << false;
+        QTest::newRow("once asked for") << true;
+    }
+
+    void engineEndsWhileTheyAreOnTheirWay()
+    {
+        QFETCH(bool, asked);
+        FaultServer server;
+        server.serve("/img", {.silent = true});
+        {
+            Posters posters;
+            posters.item->setProperty("url", server.url("/img"));
+            if (asked)
+                QTRY_COMPARE(server.openRequests(), 1);
+        }
+        QTRY_COMPARE(server.openRequests(), 0);
+    }
+};
+
+QTEST_MAIN(tst_Posters)
+#include "tst_posters.moc"

@@ -1,0 +1,409 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "Program.h"
+
+#include <QAccessible>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <clocale>
+
+using namespace tavelo;
+
+class tst_Screens : public QObject
+{
+    Q_OBJECT
+
+private:
+    static constexpr int patience = 10'000; // milliseconds
+
+    /// The film runs and its controls are there.
+    static bool startFilm(Program &program)
+    {
+        return program.show() && program.click("Film 0") && program.click("Play") &&
+               QTest::qWaitFor([&] { return program.player().duration() > 0; }, patience);
+    }
+
+private Q_SLOTS:
+    void initTestCase() { std::setlocale(LC_NUMERIC, "C"); }
+
+    void homeFailsAndRecovers()
+    {
+        Program program;
+        Program::server().at("/advancedsearch.php").status = 503;
+        QVERIFY(program.show());
+        const QString message = "Couldn't reach Orvella: HTTP 503";
+        QTRY_VERIFY_WITH_TIMEOUT(program.text(message), patience);
+        QVERIFY(!program.text("Featured Public-Domain Films"));
+        QVERIFY(!program.text("Search Suggestions"));
+
+        Program::server().at("/advancedsearch.php").status = 200;
+        QVERIFY(program.click("Retry"));
+        QTRY_VERIFY_WITH_TIMEOUT(program.text("Popular on Orvella This Week"), patience);
+        QVERIFY(program.text("Featured Public-Domain Films"));
+        QVERIFY(!program.text(message));
+        QVERIFY(!program.text("Loading catalog…"));
+        QTRY_VERIFY(program.control("noir"));
+    }
+
+    void homeSaysThatItLoads()
+    {
+        Program program;
+        Program::server().at("/advancedsearch.php").silent = true;
+        QVERIFY(program.show());
+        QTRY_VERIFY(program.text("Loading catalog…"));
+    }
+
+    void shelfIsWalkedByKeys()
+    {
+        Program program;
+        QVERIFY(program.show());
+        QTRY_VERIFY_WITH_TIMEOUT(program.text("Popular on Orvella This Week"), patience);
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right, Qt::Key_Right,
+                                  Qt::Key_Left, Qt::Key_Return})
+            program.key(key);
+        QVERIFY(program.state().selectedItem());
+        QCOMPARE(program.state().selectedItem()->id, "film1");
+
+        const QQuickItem *before = program.window()->activeFocusItem();
+        QTRY_VERIFY(program.item("ItemDetailView"));
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.item("ItemDetailView"));
+        QVERIFY(!program.state().selectedItem());
+        program.key(Qt::Key_Right);
+        program.key(Qt::Key_Return);
+        QVERIFY(program.state().selectedItem());
+        QCOMPARE(program.state().selectedItem()->id, "film2");
+        QVERIFY(before);
+    }
+
+    void shelfMakesOnlyTheCardsItShows()
+    {
+        Program program;
+        QVERIFY(program.show());
+        QTRY_VERIFY_WITH_TIMEOUT(program.control("Film 0"), patience);
+        QVERIFY(program.countControls("Film 23") == 0);
+        for (int i = 0; i < 2; ++i)
+            program.key(Qt::Key_Down);
+        for (int i = 0; i < 23; ++i)
+            program.key(Qt::Key_Right);
+        QTRY_VERIFY(program.countControls("Film 23") == 1);
+    }
+
+    void filesOfAnItem_data()
+    {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<bool>("restricted");
+        QTest::addColumn<int>("playButtons");
+        QTest::addColumn<QStringList>("shown");
+        QTest::addColumn<QStringList>("hidden");
+        const QString noStream =
+            "No Mac-compatible stream (MP4/M4V/MOV) is available. Other formats "
+            "can be downloaded.";
+        const QString noVideo = "No video files found in this item.";
+        const QString locked = "This item is access-restricted and can't be streamed.";
+        const QString others = "Other video files (download only)";
+        QTest::newRow("two films, three subtitles")
+            << QStringList{"a.mp4", "b.mov", "a.srt", "b.vtt", "c.srt"} << false << 2
+            << QStringList{"a.mp4", "b.mov", "h.264 · 1.5 MB",
+                           "3 subtitle file(s) will be available in the player."}
+            << QStringList{others, locked, noVideo};
+        QTest::newRow("nothing that plays here")
+            << QStringList{"a.ogv"} << false << 0 << QStringList{noStream, others, "a.ogv"}
+            << QStringList{"Play", noVideo};
+        QTest::newRow("no video") << QStringList{"a.mp3"} << false << 0 << QStringList{noVideo}
+                                  << QStringList{"Play", others, noStream, "a.mp3"};
+        QTest::newRow("restricted")
+            << QStringList{"a.mp4", "b.ogv"} << true << 0 << QStringList{locked, "Play", "a.mp4"}
+            << QStringList{others, "b.ogv"};
+    }
+
+    void filesOfAnItem()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(bool, restricted);
+        QFETCH(QStringList, shown);
+        QFETCH(QStringList, hidden);
+        Program program;
+        Program::serveFiles("film0", files, restricted);
+        QVERIFY(program.show());
+        QVERIFY(program.click("Film 0"));
+        for (const QString &wording : shown)
+            QTRY_VERIFY2_WITH_TIMEOUT(program.text(wording), qPrintable(wording), patience);
+        for (const QString &wording : hidden)
+            QVERIFY2(!program.text(wording), qPrintable(wording));
+        QTEST(program.countControls("Play"), "playButtons");
+        QVERIFY(!program.text("Inspecting files…"));
+    }
+
+    void filesThatDoNotCome()
+    {
+        Program program;
+        Program::server().at("/metadata/film0").status = 500;
+        QVERIFY(program.show());
+        QVERIFY(program.click("Film 0"));
+        QTRY_VERIFY_WITH_TIMEOUT(program.text("Couldn't load item files: HTTP 500"), patience);
+    }
+
+    void closingTheSheetEndsItsRequest()
+    {
+        Program program;
+        Program::server().at("/metadata/film0").silent = true;
+        QVERIFY(program.show());
+        QVERIFY(program.click("Film 0"));
+        QTRY_VERIFY(program.text("Inspecting files…"));
+        QTRY_COMPARE(Program::server().openRequests(), 1);
+        QVERIFY(program.click("Close"));
+        QTRY_COMPARE(Program::server().openRequests(), 0);
+        QVERIFY(!program.state().selectedItem());
+    }
+
+    void noticeLiesOverTheSheet()
+    {
+        Program program;
+        QVERIFY(program.show());
+        QVERIFY(program.click("Film 0"));
+        QTRY_VERIFY(program.item("ItemDetailView"));
+        program.state().setNotice("There is no room left.");
+        QTRY_VERIFY(program.text("There is no room left."));
+        QVERIFY(program.click("OK"));
+        QTRY_VERIFY(!program.state().notice());
+        QTRY_VERIFY(!program.text("There is no room left."));
+        QVERIFY(program.state().selectedItem());
+        program.state().setNotice("Once more.");
+        QTRY_VERIFY(program.text("Once more."));
+        program.key(Qt::Key_Return);
+        QTRY_VERIFY(!program.state().notice());
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.state().selectedItem());
+    }
+
+    void sidebarChooses()
+    {
+        Program program;
+        QVERIFY(startFilm(program));
+        QVERIFY(program.click("Library"));
+        QCOMPARE(program.state().sectionName(), "Library");
+        QVERIFY(!program.state().showPlayer());
+        QTRY_VERIFY(program.control("Close player"));
+        QVERIFY(program.player().isPlaying());
+        program.item("Sidebar")->childItems().first()->forceActiveFocus();
+        program.key(Qt::Key_Down);
+        QCOMPARE(program.state().sectionName(), "Downloads");
+        program.key(Qt::Key_Up);
+        program.key(Qt::Key_Up);
+        QCOMPARE(program.state().sectionName(), "Torrent Search");
+
+        QVERIFY(program.click("Close player"));
+        QTRY_VERIFY(!program.item("MiniPlayer"));
+        QVERIFY(!program.player().isPlaying());
+    }
+
+    void sidebarKeepsItsBounds_data()
+    {
+        QTest::addColumn<int>("by");
+        QTest::addColumn<int>("width");
+        QTest::newRow("wider") << 30 << 220;
+        QTest::newRow("too wide") << 400 << 240;
+        QTest::newRow("too narrow") << -150 << 170;
+    }
+
+    void sidebarKeepsItsBounds()
+    {
+        QFETCH(int, by);
+        Program program;
+        QVERIFY(program.show());
+        QQuickItem *sidebar = program.item("Sidebar");
+        QCOMPARE(sidebar->width(), 190);
+        const QPoint edge(190, 400);
+        QTest::mousePress(program.window(), Qt::LeftButton, {}, edge);
+        for (int step = 1; step <= 10; ++step)
+            QTest::mouseMove(program.window(), edge + QPoint(by * step / 10, 0));
+        QTest::mouseRelease(program.window(), Qt::LeftButton, {}, edge + QPoint(by, 0));
+        // The first few pixels tell a drag from a click.
+        QFETCH(int, width);
+        QVERIFY2(qAbs(sidebar->width() - width) <= 12,
+                 qPrintable(QString::number(sidebar->width())));
+        QVERIFY(sidebar->width() >= 170 && sidebar->width() <= 240);
+    }
+
+    void playerKeys()
+    {
+        Program program;
+        QVERIFY(startFilm(program));
+        VideoPlayerManager &player = program.player();
+        program.key(Qt::Key_Space);
+        QTRY_VERIFY(!player.isPlaying());
+        player.seek(4);
+        program.key(Qt::Key_Left);
+        QCOMPARE(player.currentTime(), 0.0);
+        program.key(Qt::Key_Right);
+        QCOMPARE(player.currentTime(), 10.0);
+        program.key(Qt::Key_Right);
+        QCOMPARE(player.currentTime(), player.duration());
+        program.key(Qt::Key_Down);
+        QVERIFY(qAbs(player.volume() - 0.9F) < 0.001F);
+        program.key(Qt::Key_M);
+        QVERIFY(player.isMuted());
+        program.key(Qt::Key_Up);
+        QVERIFY(!player.isMuted());
+        program.key(Qt::Key_F);
+        QTRY_COMPARE(program.window()->visibility(), QWindow::FullScreen);
+        QTRY_VERIFY(!program.item("Sidebar"));
+        program.key(Qt::Key_F);
+        QTRY_VERIFY(program.window()->visibility() != QWindow::FullScreen);
+        program.key(Qt::Key_Escape);
+        QVERIFY(!program.state().showPlayer());
+        QTRY_VERIFY(program.item("MiniPlayer"));
+        program.key(Qt::Key_M);
+        QVERIFY(!player.isMuted());
+    }
+
+    void clicksOnTheFilm()
+    {
+        Program program;
+        QVERIFY(startFilm(program));
+        VideoPlayerManager &player = program.player();
+        const QPoint film(600, 300);
+        program.clickAt(film);
+        QTRY_VERIFY(!player.isPlaying());
+
+        QSignalSpy statuses(&player, &VideoPlayerManager::isPlayingChanged);
+        QTest::mouseDClick(program.window(), Qt::LeftButton, {}, film);
+        QTRY_COMPARE(program.window()->visibility(), QWindow::FullScreen);
+        QVERIFY(!player.isPlaying());
+        QCOMPARE(statuses.size(), 0);
+    }
+
+    void controlsRest()
+    {
+        Program program;
+        QVERIFY(startFilm(program));
+        QTest::mouseMove(program.window(), {600, 300});
+        QTRY_VERIFY(program.control("Full screen"));
+        QTRY_VERIFY_WITH_TIMEOUT(!program.control("Full screen"), patience);
+        QTest::mouseMove(program.window(), {620, 300});
+        QTRY_VERIFY(program.control("Full screen"));
+        QTRY_VERIFY_WITH_TIMEOUT(!program.control("Full screen"), patience);
+        program.key(Qt::Key_Space);
+        QTRY_VERIFY(program.control("Full screen")); // a film that stands shows them
+    }
+
+    void scrubbingSeeksOnce()
+    {
+        Program program;
+        QVERIFY(startFilm(program));
+        VideoPlayerManager &player = program.player();
+        program.key(Qt::Key_Space);
+        QTRY_VERIFY(!player.isPlaying());
+        QQuickItem *slider = program.item("Scrubber")->findChild<QQuickItem *>("position");
+        QVERIFY(slider);
+        const QPoint left = slider->mapToScene({slider->width() * 0.1, 10}).toPoint();
+        const QPoint right = slider->mapToScene({slider->width() * 0.75, 10}).toPoint();
+        QSignalSpy times(&player, &VideoPlayerManager::currentTimeChanged);
+        QTest::mousePress(program.window(), Qt::LeftButton, {}, left);
+        for (int step = 1; step <= 8; ++step)
+            QTest::mouseMove(program.window(), left + (right - left) * step / 8);
+        QCOMPARE(times.size(), 0);
+        QTRY_VERIFY(program.text("0:08") || program.text("0:09"));
+        QTest::mouseRelease(program.window(), Qt::LeftButton, {}, right);
+        QVERIFY(times.size() >= 1);
+        QVERIFY2(qAbs(player.currentTime() - 9) < 0.3,
+                 qPrintable(QString::number(player.currentTime())));
+    }
+
+    void menusChoose()
+    {
+        Program program;
+        QVERIFY(startFilm(program));
+        QVERIFY(program.click("Playback speed"));
+        QVERIFY(program.click("1.25x"));
+        QCOMPARE(program.player().rate(), 1.25F);
+        QTRY_VERIFY(program.text("1.25x"));
+        QVERIFY(program.click("Playback speed"));
+        QTRY_VERIFY(program.control("✓ 1.25x"));
+        QVERIFY(!program.control("✓ 1.0x"));
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.control("✓ 1.25x"));
+        QVERIFY(program.state().showPlayer()); // Escape was the menu's
+
+        QVERIFY(program.click("Audio track"));
+        QVERIFY(program.click("French"));
+        QTRY_COMPARE(program.player().selectedAudio().value_or(AudioTrack()).name, "French");
+        QVERIFY(program.click("Aspect ratio"));
+        QVERIFY(program.click("Fill"));
+        QCOMPARE(program.player().aspectName(), "Fill");
+    }
+
+    void playbackError()
+    {
+        Program program;
+        const FaultServer::Answer film = Program::server().at("/download/film0/reel.mp4");
+        Program::server().serve("/download/film0/reel.mp4", {.status = 404});
+        QVERIFY(program.show());
+        QVERIFY(program.click("Film 0"));
+        QVERIFY(program.click("Play"));
+        QTRY_VERIFY_WITH_TIMEOUT(program.text("Playback error"), 30'000);
+        QVERIFY(program.text(program.player().errorText()));
+        Program::server().serve("/download/film0/reel.mp4", film);
+        QVERIFY(program.click("Retry"));
+        QTRY_VERIFY_WITH_TIMEOUT(program.player().duration() > 0, patience);
+        QVERIFY(!program.text("Playback error"));
+    }
+
+    void textOfStrangersStaysText()
+    {
+        Program program;
+        QVERIFY(startFilm(program));
+        QVERIFY(program.click("Back"));
+        QVERIFY(program.click("Film 1"));
+        QTRY_VERIFY(program.item("ItemDetailView"));
+        program.state().setNotice("<b>bold</b>");
+        QTRY_VERIFY(program.text("<b>bold</b>"));
+        int texts = 0;
+        for (const QQuickItem *item : program.visibleItems()) {
+            if (!item->inherits("QQuickText"))
+                continue;
+            QVERIFY2(item->property("textFormat").toInt() == Qt::PlainText,
+                     qPrintable(item->property("text").toString()));
+            ++texts;
+        }
+        QVERIFY(texts > 40);
+    }
+
+    void everyStopHasAName()
+    {
+        QAccessible::setActive(true);
+        Program program;
+        QVERIFY(startFilm(program));
+        program.key(Qt::Key_Space);
+        int stops = 0;
+        const auto check = [&] {
+            for (QQuickItem *item : program.visibleItems()) {
+                QAccessibleInterface *face = QAccessible::queryAccessibleInterface(item);
+                if (!item->activeFocusOnTab() || !item->isEnabled())
+                    continue;
+                ++stops;
+                const char *type = item->metaObject()->className();
+                QVERIFY2(face, type);
+                QVERIFY2(!face->text(QAccessible::Name).isEmpty(), type);
+                QVERIFY2(face->role() != QAccessible::NoRole, type);
+            }
+        };
+        check();
+        QVERIFY(program.click("Back"));
+        QVERIFY(program.click("Film 1"));
+        QTRY_VERIFY(program.control("Play"));
+        check();
+        QVERIFY(stops > 20);
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+    QGuiApplication app(argc, argv);
+    tst_Screens test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_screens.moc"
