@@ -66,6 +66,10 @@ function(tavelo_test target)
   target_include_directories(${target} PRIVATE ${TAVELO_ROOT}/tests)
   tavelo_test_target(${target})
   add_test(NAME ${target} COMMAND ${target})
-  set_tests_properties(${target} PROPERTIES TIMEOUT 180
-    ENVIRONMENT "LC_ALL=C.UTF-8;QT_QPA_PLATFORM=$<IF:$<BOOL:${ARG_WINDOW}>,xcb,offscreen>")
+  set(environment LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen)
+  if(ARG_WINDOW)
+    # Graphics drivers keep a little memory and are unloaded with it, which no suppression can name.
+    set(environment LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb ASAN_OPTIONS=detect_leaks=0)
+  endif()
+  set_tests_properties(${target} PROPERTIES TIMEOUT 180 ENVIRONMENT "${environment}")
 endfunction()

@@ -15,7 +15,7 @@ start_packages=(
   qml6-module-qtqml-workerscript
   libgl1-mesa-dri fonts-inter
 )
-demo_packages=(qt6-httpserver-dev ffmpeg)
+demo_packages=(ffmpeg)
 hidden_display_packages=(xvfb xauth)
 test_packages=("${demo_packages[@]}" "${hidden_display_packages[@]}")
 
@@ -44,14 +44,11 @@ install_missing() {
     apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
-# build PRESET TARGET… : configures when needed and builds; says nothing but what goes wrong.
+# build PRESET TARGET… : configures and builds; says nothing but what it builds and what goes wrong.
 build() {
   local preset=$1
   shift
-  [ -f "build/$preset/build.ninja" ] || {
-    echo "Configuring build/$preset"
-    cmake --preset "$preset" >/dev/null
-  }
+  cmake --preset "$preset" >/dev/null
   echo "Building $*"
   cmake --build "build/$preset" --target "$@" -- --quiet
 }

@@ -13,6 +13,13 @@ namespace {
 constexpr const char *fields[] = {"identifier", "title",     "year",       "description",
                                   "creator",    "downloads", "licenseurl", "subject"};
 
+/// Combining marks (Devanagari vowels, decomposed accents), and the two invisible joiners that some
+/// scripts write inside a word: all belong to the letter before them.
+bool extendsLetter(char32_t c)
+{
+    return QChar::isMark(c) || c == U'\u200C' || c == U'\u200D';
+}
+
 QByteArray encoded(const QString &text)
 {
     return QUrl::toPercentEncoding(text, "!$'()*,:@/?");
@@ -33,8 +40,7 @@ QStringList sanitize(QStringView text)
     QString words;
     bool inWord = false;
     for (const char32_t c : text.toUcs4()) {
-        // A mark belongs to the letter before it: Devanagari vowels, decomposed accents.
-        inWord = QChar::isLetterOrNumber(c) || (inWord && QChar::isMark(c));
+        inWord = QChar::isLetterOrNumber(c) || (inWord && extendsLetter(c));
         words += inWord ? QString::fromUcs4(&c, 1) : QStringLiteral(" ");
     }
     return words.split(QLatin1Char(' '), Qt::SkipEmptyParts);

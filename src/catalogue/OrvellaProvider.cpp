@@ -36,8 +36,6 @@ QCoro::Task<Result<QList<MediaItem>>> search(std::optional<QString> text,
         co_return body.error();
     if (body->size() <= parsedInPlace)
         co_return ArchiveParser::parseSearch(*body);
-    // Named, not awaited at once: GCC 12 destroys a lambda with captures twice when it is a
-    // temporary of the awaited expression.
     auto items = runOnPool([bytes = *body] { return ArchiveParser::parseSearch(bytes); });
     co_return co_await items;
 }

@@ -26,7 +26,8 @@ int &prepared(int &argc)
 
 } // namespace
 
-Application::Application(int &argc, char **argv) : m_application(prepared(argc), argv)
+Application::Application(int &argc, char **argv)
+    : m_application(prepared(argc), argv)
 {
     // The toolkit has just taken over the user's locale; the media engine needs the decimal point.
     std::setlocale(LC_NUMERIC, "C");

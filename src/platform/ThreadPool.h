@@ -12,7 +12,9 @@
 
 namespace tavelo {
 
-/// Runs `work` on the thread pool. Its future may be awaited; nobody needs to.
+/// Runs `work` on the thread pool. Its future may be awaited; nobody needs to. Name the future
+/// before awaiting it: GCC 12 destroys a lambda with captures twice when it is a temporary of the
+/// awaited expression.
 template <typename Work>
 auto runOnPool(Work work)
 {

@@ -25,7 +25,7 @@ public:
     /// "1.25x": no more digits than the rate has.
     Q_INVOKABLE static QString rate(double rate);
     /// Where an Image finds a picture of the net, cropped to its sourceSize, with corners of
-    /// `radius` pixels of that size. Empty when `url` is.
+    /// `radius` device pixels. Empty when `url` is.
     Q_INVOKABLE static QUrl poster(const QUrl &url, int radius);
 };
 

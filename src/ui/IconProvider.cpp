@@ -28,7 +28,9 @@ QImage drawn(const QString &symbol, const QSize &size, const QColor &colour)
 
 } // namespace
 
-IconProvider::IconProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
+IconProvider::IconProvider()
+    : QQuickImageProvider(QQuickImageProvider::Image)
+{}
 
 QImage IconProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
 {

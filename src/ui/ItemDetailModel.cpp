@@ -8,7 +8,9 @@
 
 namespace tavelo {
 
-ItemDetailModel::ItemDetailModel(QObject *parent) : QObject(parent) {}
+ItemDetailModel::ItemDetailModel(QObject *parent)
+    : QObject(parent)
+{}
 
 ItemDetailModel::~ItemDetailModel()
 {

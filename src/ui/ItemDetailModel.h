@@ -29,8 +29,8 @@ public:
     ~ItemDetailModel() override;
 
     QVariant item() const { return m_item; }
-    void setItem(const QVariant &item); // a MediaItem; anything else is none
-    QVariant details() const;           // an ArchiveDetails; null until loaded
+    void setItem(const QVariant &item);       // a MediaItem; anything else is none
+    QVariant details() const;                 // an ArchiveDetails; null until loaded
     QString error() const { return m_error; } // empty: none
     bool loading() const { return m_loading; }
 

@@ -8,8 +8,16 @@
 #include <QSet>
 
 #include <algorithm>
+#include <numeric>
 
 namespace tavelo {
+
+namespace {
+
+/// Up to so many rows move one by one.
+constexpr int singleMoves = 64;
+
+} // namespace
 
 void ListAdaptor::setRecords(const QVariant &records)
 {
@@ -18,6 +26,7 @@ void ListAdaptor::setRecords(const QVariant &records)
                     : records;
     const QList<Row> rows = rowsOf(m_records);
     removeMissing(rows);
+    sortWhenManyMoved(rows);
 
     QSet<QString> known;
     for (const Row &row : std::as_const(m_rows))
@@ -74,6 +83,33 @@ void ListAdaptor::removeMissing(const QList<Row> &rows)
     }
 }
 
+void ListAdaptor::sortWhenManyMoved(const QList<Row> &rows)
+{
+    QHash<QString, qsizetype> places;
+    for (const Row &row : rows)
+        places.insert(row.id, places.size());
+    QList<int> order(m_rows.size()); // the present rows in their future order
+    std::iota(order.begin(), order.end(), 0);
+    std::ranges::stable_sort(order, {}, [&](int row) { return places[m_rows[row].id]; });
+    int moved = 0;
+    for (int row = 0; row < count(); ++row)
+        moved += order[row] != row;
+    if (moved <= singleMoves)
+        return;
+
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    QList<Row> sorted;
+    QList<int> futureOf(count());
+    for (const int row : order) {
+        futureOf[row] = static_cast<int>(sorted.size());
+        sorted.append(m_rows[row]);
+    }
+    for (const QModelIndex &from : persistentIndexList())
+        changePersistentIndex(from, index(futureOf[from.row()]));
+    m_rows = sorted;
+    Q_EMIT layoutChanged({}, VerticalSortHint);
+}
+
 void ListAdaptor::placeRow(int at, const Row &row)
 {
     const auto here = std::find_if(m_rows.cbegin() + at, m_rows.cend(),
@@ -93,8 +129,8 @@ int ListAdaptor::insertRun(int at, const QList<Row> &rows, const QSet<QString> &
     while (end < rows.size() && !known.contains(rows[end].id))
         ++end;
     beginInsertRows({}, at, end - 1);
-    for (int i = at; i < end; ++i)
-        m_rows.insert(i, rows[i]);
+    m_rows.insert(at, end - at, Row());
+    std::copy(rows.cbegin() + at, rows.cbegin() + end, m_rows.begin() + at);
     endInsertRows();
     return end;
 }

@@ -8,7 +8,8 @@
 namespace tavelo {
 
 /// A list of records as the rows of a view. A new list is taken over by difference: a record whose
-/// key stays keeps its row's delegate, wherever it moves.
+/// key stays keeps its row's delegate, wherever it moves. Where very many change places, as in a
+/// list that is sorted anew, the delegates stay and take other records.
 class ListAdaptor : public QAbstractListModel
 {
     Q_OBJECT
@@ -47,6 +48,7 @@ private:
 
     QList<Row> rowsOf(const QVariant &records) const;
     void removeMissing(const QList<Row> &rows);
+    void sortWhenManyMoved(const QList<Row> &rows);
     void placeRow(int at, const Row &row);
     int insertRun(int at, const QList<Row> &rows, const QSet<QString> &known);
     void update(int at, const QVariant &record);

@@ -61,7 +61,9 @@ private:
 
 } // namespace
 
-PlayerSurface::PlayerSurface(QQuickItem *parent) : QQuickFramebufferObject(parent) {}
+PlayerSurface::PlayerSurface(QQuickItem *parent)
+    : QQuickFramebufferObject(parent)
+{}
 
 PlayerSurface::~PlayerSurface()
 {
@@ -108,9 +110,8 @@ void PlayerSurface::setVideoRenderer(std::shared_ptr<VideoRenderer> renderer)
         m_renderer->setFrameListener({});
     m_renderer = std::move(renderer);
     if (m_renderer) {
-        m_renderer->setFrameListener([this] {
-            QMetaObject::invokeMethod(this, &QQuickItem::update, Qt::QueuedConnection);
-        });
+        m_renderer->setFrameListener(
+            [this] { QMetaObject::invokeMethod(this, &QQuickItem::update, Qt::QueuedConnection); });
     }
     update();
 }

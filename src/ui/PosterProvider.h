@@ -2,32 +2,33 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QPointer>
 #include <QQuickAsyncImageProvider>
 
-#include <mutex>
-#include <vector>
+#include <memory>
+
+class QQmlEngine;
 
 namespace tavelo {
 
-class PosterResponse;
-
 /// "image://poster/<percent-encoded address>#<corner radius>": pictures of the net, fetched on the
-/// main thread with the program's HTTP client, decoded and cropped on the thread pool. Made and
-/// destroyed on the main thread, with an engine that is gone by then.
+/// main thread with the program's HTTP client, decoded and cropped on the thread pool. For one
+/// engine, made on the main thread.
 class PosterProvider : public QQuickAsyncImageProvider
 {
 public:
+    explicit PosterProvider(QQmlEngine &engine);
     ~PosterProvider() override;
 
     static QUrl sourceFor(const QUrl &url, int radius);
 
+    /// On the engine's own thread.
     QQuickImageResponse *requestImageResponse(const QString &id,
                                               const QSize &requestedSize) override;
 
 private:
-    std::mutex m_mutex; // requests come on the engine's own threads
-    std::vector<QPointer<PosterResponse>> m_responses;
+    class Waiting;
+
+    std::shared_ptr<Waiting> m_waiting;
 };
 
 } // namespace tavelo

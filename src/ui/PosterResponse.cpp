@@ -3,33 +3,16 @@
 #include "ui/PosterResponse.h"
 
 #include "catalogue/FetchData.h"
+#include "platform/ThreadPool.h"
 #include "ui/PosterImage.h"
 
 #include <QCoroFuture>
-#include <QFuture>
 #include <QPointer>
-#include <QPromise>
 #include <QQuickTextureFactory>
-#include <QThreadPool>
 
 using namespace std::chrono_literals;
 
 namespace tavelo {
-
-namespace {
-
-QFuture<QImage> decodedOnPool(const QByteArray &bytes, QSize size, int radius)
-{
-    const auto promise = std::make_shared<QPromise<QImage>>();
-    promise->start();
-    QThreadPool::globalInstance()->start([promise, bytes, size, radius] {
-        promise->addResult(PosterImage::decode(bytes, size, radius));
-        promise->finish();
-    });
-    return promise->future();
-}
-
-} // namespace
 
 PosterResponse::PosterResponse(QUrl url, QSize size, int radius)
     : m_url(std::move(url))
@@ -55,7 +38,11 @@ QCoro::Task<> PosterResponse::load()
     if (!self)
         co_return;
     if (bytes && !stop.stop_requested()) {
-        const QImage image = co_await decodedOnPool(*bytes, m_size, m_radius);
+        const QFuture<QImage> decoded =
+            runOnPool([data = *bytes, size = m_size, radius = m_radius] {
+                return PosterImage::decode(data, size, radius);
+            });
+        const QImage image = co_await decoded;
         if (!self)
             co_return;
         m_image = image;

@@ -40,7 +40,7 @@ void UiModule::prepare(QQmlEngine &engine)
     Q_UNUSED(once)
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
-    engine.addImageProvider(QStringLiteral("poster"), new PosterProvider);
+    engine.addImageProvider(QStringLiteral("poster"), new PosterProvider(engine));
 }
 
 QUrl UiModule::mainWindow()

@@ -220,9 +220,17 @@ FaultServer::Answer &FaultServer::at(const QByteArray &path)
 
 void FaultServer::setListening(bool listening)
 {
-    if (!listening)
+    if (listening == m_server.isListening())
+        return;
+    if (!listening) {
         m_server.close();
-    else if (!m_server.isListening() && !m_server.listen(QHostAddress::LocalHost, m_port))
+        // A port that is bound and not listened on refuses, and nobody else can have it meanwhile.
+        m_keepsPort = std::make_unique<QTcpSocket>();
+        m_keepsPort->bind(QHostAddress::LocalHost, m_port, QAbstractSocket::ReuseAddressHint);
+        return;
+    }
+    m_keepsPort.reset();
+    if (!m_server.listen(QHostAddress::LocalHost, m_port))
         qFatal("No port to listen on: %s", qPrintable(m_server.errorString()));
 }
 

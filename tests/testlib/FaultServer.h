@@ -6,9 +6,11 @@
 #include <QList>
 #include <QObject>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QUrl>
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -71,6 +73,7 @@ private:
     Answer answerTo(const Request &request);
 
     quint16 m_port = 0;
+    std::unique_ptr<QTcpSocket> m_keepsPort;
     QHash<QByteArray, Answer> m_answers;
     QList<Request> m_requests;
     int m_openRequests = 0;

@@ -163,6 +163,13 @@ void Program::key(Qt::Key key)
     QTest::keyClick(m_window, key);
 }
 
+void Program::wheel(QPoint point, Qt::KeyboardModifiers modifiers)
+{
+    QWheelEvent event(point, m_window->mapToGlobal(point), {}, {0, -120}, Qt::NoButton, modifiers,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(m_window, &event);
+}
+
 QPoint Program::middleOf(const QQuickItem *item)
 {
     return item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();

@@ -41,6 +41,8 @@ public:
     bool click(const QString &wording);
     void clickAt(QPoint point);
     void key(Qt::Key key);
+    /// One notch towards the user.
+    void wheel(QPoint point, Qt::KeyboardModifiers modifiers);
     static QPoint middleOf(const QQuickItem *item);
 
 private:

@@ -90,6 +90,25 @@ private Q_SLOTS:
         QTRY_VERIFY(program.countControls("Film 23") == 1);
     }
 
+    void wheelOverAShelf()
+    {
+        Program program;
+        QVERIFY(program.show());
+        program.window()->resize(980, 640);
+        QTRY_VERIFY_WITH_TIMEOUT(program.item("Shelf"), patience);
+        const auto *list = program.item("Shelf")->property("list").value<QQuickItem *>();
+        const auto along = [&] { return list->property("contentX").toReal(); };
+        const auto down = [&] { return program.item("HomeScreen")->property("contentY").toReal(); };
+        const qreal start = along();
+        const QPoint card = Program::middleOf(list);
+
+        program.wheel(card, Qt::NoModifier);
+        QTRY_VERIFY(down() > 20);
+        QCOMPARE(along(), start);
+        program.wheel(card, Qt::ShiftModifier);
+        QTRY_VERIFY(along() > start + 20);
+    }
+
     void filesOfAnItem_data()
     {
         QTest::addColumn<QStringList>("files");

@@ -90,4 +90,27 @@ QList<TimeRange> loadedRanges(const mpv_node &cacheState)
     return ranges;
 }
 
+bool flag(const mpv_event_property &property)
+{
+    return property.format == MPV_FORMAT_FLAG && *static_cast<int *>(property.data) != 0;
+}
+
+double number(const mpv_event_property &property)
+{
+    return property.format == MPV_FORMAT_DOUBLE ? *static_cast<double *>(property.data) : qQNaN();
+}
+
+QString errorText(int error)
+{
+    switch (error) {
+    case MPV_ERROR_UNKNOWN_FORMAT:
+    case MPV_ERROR_NOTHING_TO_PLAY:
+        return QObject::tr("This file is not a film that can be played.");
+    case MPV_ERROR_LOADING_FAILED:
+        return QObject::tr("The film could not be opened.");
+    default:
+        return QString::fromUtf8(mpv_error_string(error));
+    }
+}
+
 } // namespace tavelo::MpvNodes

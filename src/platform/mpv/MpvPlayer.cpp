@@ -3,7 +3,6 @@
 #include "platform/mpv/MpvPlayer.h"
 
 #include "platform/mpv/HttpStream.h"
-#include "platform/mpv/MpvCore.h"
 #include "platform/mpv/MpvRenderer.h"
 #include "platform/mpv/StreamProtocol.h"
 
@@ -28,31 +27,6 @@ constexpr std::uint64_t loadKind = 1ULL << 56;
 constexpr std::uint64_t seekKind = 2ULL << 56;
 constexpr std::uint64_t stopKind = 3ULL << 56;
 constexpr std::uint64_t readyKind = 4ULL << 56;
-
-enum Property : std::uint64_t { Time = 1, Duration, CoreIdle, EndReached, Seekable, Cache, Tracks };
-
-bool flagOf(const mpv_event_property &property)
-{
-    return property.format == MPV_FORMAT_FLAG && *static_cast<int *>(property.data) != 0;
-}
-
-double numberOf(const mpv_event_property &property)
-{
-    return property.format == MPV_FORMAT_DOUBLE ? *static_cast<double *>(property.data) : qQNaN();
-}
-
-QString endText(int error)
-{
-    switch (error) {
-    case MPV_ERROR_UNKNOWN_FORMAT:
-    case MPV_ERROR_NOTHING_TO_PLAY:
-        return MpvPlayer::tr("This file is not a film that can be played.");
-    case MPV_ERROR_LOADING_FAILED:
-        return MpvPlayer::tr("The film could not be opened.");
-    default:
-        return QString::fromUtf8(mpv_error_string(error));
-    }
-}
 
 } // namespace
 
@@ -86,8 +60,9 @@ MpvPlayer::~MpvPlayer()
 void MpvPlayer::observe()
 {
     const auto watch = [this](Property id, const char *name, mpv_format format) {
-        mpv_observe_property(m_core->handle(), id, name, format);
+        mpv_observe_property(m_core->handle(), static_cast<std::uint64_t>(id), name, format);
     };
+    using enum Property;
     watch(Time, "time-pos", MPV_FORMAT_DOUBLE);
     watch(Duration, "duration", MPV_FORMAT_DOUBLE);
     watch(CoreIdle, "core-idle", MPV_FORMAT_FLAG);
@@ -181,20 +156,10 @@ void MpvPlayer::applyPause()
         m_core->set("pause", !m_wantsToPlay);
 }
 
-void MpvPlayer::setRate(float rate)
-{
-    m_core->set("speed", static_cast<double>(rate));
-}
-
 void MpvPlayer::setVolume(float volume)
 {
     // libmpv's scale is cubic, as ours is meant to be heard.
     m_core->set("volume", static_cast<double>(volume) * 100);
-}
-
-void MpvPlayer::setMuted(bool muted)
-{
-    m_core->set("mute", muted);
 }
 
 void MpvPlayer::setVideoGravity(VideoGravity gravity)
@@ -266,7 +231,7 @@ void MpvPlayer::handle(const mpv_event &event)
         break;
     case MPV_EVENT_GET_PROPERTY_REPLY:
         if (number == m_loadSerial && m_entryStarted)
-            fileLoaded(numberOf(*static_cast<mpv_event_property *>(event.data)));
+            fileLoaded(MpvNodes::number(*static_cast<mpv_event_property *>(event.data)));
         break;
     case MPV_EVENT_END_FILE:
         fileEnded(*static_cast<mpv_event_end_file *>(event.data));
@@ -278,7 +243,8 @@ void MpvPlayer::handle(const mpv_event &event)
         m_tickDue = m_seek.restarted() || m_tickDue;
         break;
     case MPV_EVENT_PROPERTY_CHANGE:
-        propertyChanged(*static_cast<mpv_event_property *>(event.data));
+        propertyChanged(static_cast<Property>(event.reply_userdata),
+                        *static_cast<mpv_event_property *>(event.data));
         break;
     default:
         break;
@@ -290,7 +256,7 @@ void MpvPlayer::loadReplied(std::uint64_t serial, int error, const mpv_event_com
     if (serial != m_loadSerial)
         return;
     if (error < 0)
-        return failItem(endText(error));
+        return failItem(MpvNodes::errorText(error));
     const mpv_node &node = result.result;
     for (int i = 0; node.format == MPV_FORMAT_NODE_MAP && i < node.u.list->num; ++i) {
         if (qstrcmp(node.u.list->keys[i], "playlist_entry_id") == 0)
@@ -298,33 +264,48 @@ void MpvPlayer::loadReplied(std::uint64_t serial, int error, const mpv_event_com
     }
 }
 
-void MpvPlayer::propertyChanged(const mpv_event_property &property)
+void MpvPlayer::propertyChanged(Property id, const mpv_event_property &property)
 {
-    const QByteArrayView name(property.name);
-    if (name == "core-idle") {
-        m_idle = flagOf(property);
-    } else if (!m_entryStarted) {
+    if (id == Property::CoreIdle)
+        m_idle = MpvNodes::flag(property);
+    if (!m_entryStarted)
         return; // of an item that is on its way out
-    } else if (name == "time-pos") {
-        const double time = numberOf(property);
-        if (!m_seek.isPending() && std::isfinite(time))
+    switch (id) {
+    case Property::CoreIdle:
+        break;
+    case Property::Time:
+        if (const double time = MpvNodes::number(property);
+            !m_seek.isPending() && std::isfinite(time))
             m_time = time;
-    } else if (name == "duration") {
-        m_duration = numberOf(property);
-    } else if (name == "seekable") {
-        m_seekable = flagOf(property) || property.format == MPV_FORMAT_NONE;
-    } else if (name == "eof-reached") {
-        if (const bool atEnd = flagOf(property); atEnd && !m_atEnd)
+        break;
+    case Property::Duration:
+        m_duration = MpvNodes::number(property);
+        break;
+    case Property::Seekable:
+        m_seekable = MpvNodes::flag(property) || property.format == MPV_FORMAT_NONE;
+        break;
+    case Property::EndReached:
+        if (const bool atEnd = MpvNodes::flag(property); atEnd && !m_atEnd)
             reachedEnd();
         else
             m_atEnd = atEnd;
-    } else if (name == "demuxer-cache-state" && property.format == MPV_FORMAT_NODE) {
-        m_ranges = MpvNodes::loadedRanges(*static_cast<mpv_node *>(property.data));
-    } else if (name == "track-list" && property.format == MPV_FORMAT_NODE) {
-        auto audio = MpvNodes::audioTracks(*static_cast<mpv_node *>(property.data));
-        m_audioDirty = m_audioDirty || audio != m_audio;
-        m_audio = std::move(audio);
+        break;
+    case Property::Cache:
+        if (property.format == MPV_FORMAT_NODE)
+            m_ranges = MpvNodes::loadedRanges(*static_cast<mpv_node *>(property.data));
+        break;
+    case Property::Tracks:
+        if (property.format == MPV_FORMAT_NODE)
+            tracksChanged(*static_cast<mpv_node *>(property.data));
+        break;
     }
+}
+
+void MpvPlayer::tracksChanged(const mpv_node &trackList)
+{
+    auto audio = MpvNodes::audioTracks(trackList);
+    m_audioDirty = m_audioDirty || audio != m_audio;
+    m_audio = std::move(audio);
 }
 
 void MpvPlayer::fileLoaded(double duration)
@@ -342,7 +323,7 @@ void MpvPlayer::fileEnded(const mpv_event_end_file &end)
         return;
     m_entryStarted = false;
     if (end.reason == MPV_END_FILE_REASON_ERROR)
-        failItem(endText(end.error));
+        failItem(MpvNodes::errorText(end.error));
     else if (end.reason == MPV_END_FILE_REASON_EOF)
         reachedEnd();
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/MediaPlayer.h"
+#include "platform/mpv/MpvCore.h"
 #include "platform/mpv/MpvNodes.h"
 #include "platform/mpv/MpvSeek.h"
 
@@ -18,7 +19,6 @@ struct mpv_event_property;
 namespace tavelo {
 
 class HttpStream;
-class MpvCore;
 class MpvRenderer;
 
 /// The libmpv engine. libmpv's events are taken on the main thread, in batches; signals follow once
@@ -38,9 +38,9 @@ public:
     void play() override;
     void pause() override;
     void setDefaultRate(float rate) override { m_defaultRate = rate; }
-    void setRate(float rate) override;
+    void setRate(float rate) override { m_core->set("speed", static_cast<double>(rate)); }
     void setVolume(float volume) override;
-    void setMuted(bool muted) override;
+    void setMuted(bool muted) override { m_core->set("mute", muted); }
     void setVideoGravity(VideoGravity gravity) override;
     void seek(double seconds, SeekDone done) override;
 
@@ -56,11 +56,15 @@ public:
     std::shared_ptr<VideoRenderer> renderer() override;
 
 private:
+    /// What libmpv is asked to tell of; travels as the number of its answers.
+    enum class Property { Time = 1, Duration, CoreIdle, EndReached, Seekable, Cache, Tracks };
+
     void observe();
     void drain();
     void handle(const mpv_event &event);
     void loadReplied(std::uint64_t reply, int error, const mpv_event_command &result);
-    void propertyChanged(const mpv_event_property &property);
+    void propertyChanged(Property id, const mpv_event_property &property);
+    void tracksChanged(const mpv_node &trackList);
     void fileLoaded(double duration);
     void fileEnded(const mpv_event_end_file &end);
     void reachedEnd();

@@ -11,22 +11,8 @@ Flickable {
 
     required property var app // an AppState
 
-    readonly property bool empty: app.featured.length === 0 && app.popular.length === 0
-
-    boundsBehavior: Flickable.StopAtBounds
-    clip: true
-    contentHeight: column.height
-    flickableDirection: Flickable.VerticalFlick
-    focus: true
-
-    T.ScrollBar.vertical: ScrollThumb {
-    }
-
-    Component.onCompleted: app.loadHome()
-    Keys.onDownPressed: home.move(1)
-    Keys.onUpPressed: home.move(-1)
-
     readonly property var stops: [suggestions, featured, popular]
+    readonly property bool empty: app.featured.length === 0 && app.popular.length === 0
 
     // Up and down go from row to row.
     function move(step: int) {
@@ -46,6 +32,19 @@ Flickable {
         else if (top + item.height > contentY + height)
             contentY = Math.min(contentHeight - height, top + item.height + Theme.inset - height);
     }
+
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    contentHeight: column.height
+    flickableDirection: Flickable.VerticalFlick
+    focus: true
+
+    T.ScrollBar.vertical: ScrollThumb {
+    }
+
+    Component.onCompleted: app.loadHome()
+    Keys.onDownPressed: home.move(1)
+    Keys.onUpPressed: home.move(-1)
 
     Component {
         id: filmCard

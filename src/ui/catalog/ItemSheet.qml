@@ -8,7 +8,7 @@ Sheet {
 
     required property var app // an AppState
 
-    property var item: app.selectedItem
+    readonly property var item: app.selectedItem
 
     height: 620
     padding: 0

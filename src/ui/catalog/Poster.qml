@@ -12,7 +12,6 @@ Rectangle {
     property bool symbols: true // without: the plain box while there is no picture
     property bool hovered: false
 
-    readonly property real ratio: Screen.devicePixelRatio
     readonly property bool missing: image.status === Image.Ready && image.implicitWidth === 0
 
     color: Theme.panel
@@ -41,9 +40,9 @@ Rectangle {
 
         anchors.fill: parent
         opacity: status === Image.Ready ? 1 : 0
-        source: Format.poster(poster.url, Math.round(poster.radius * poster.ratio))
-        sourceSize.height: Math.round(poster.height * poster.ratio)
-        sourceSize.width: Math.round(poster.width * poster.ratio)
+        source: Format.poster(poster.url, Math.round(poster.radius * Screen.devicePixelRatio))
+        sourceSize.height: poster.height
+        sourceSize.width: poster.width
 
         Accessible.ignored: true
 

@@ -17,7 +17,7 @@ IconButton {
     plate: Theme.popup
     round: true
     symbol: forward ? "chevron.right" : "chevron.left"
-    text: forward ? qsTr("Further") : qsTr("Back")
+    text: forward ? qsTr("Scroll right") : qsTr("Scroll left")
     visible: opacity > 0
     width: 36
     y: 34 + (210 - height) / 2

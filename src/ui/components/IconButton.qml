@@ -15,6 +15,7 @@ T.AbstractButton {
     property bool round: false
 
     activeFocusOnTab: true
+    focusPolicy: Qt.TabFocus
     implicitHeight: iconSize + 12
     implicitWidth: iconSize + 12
     opacity: enabled ? 1 : 0.4

@@ -17,6 +17,7 @@ T.AbstractButton {
     signal chosen(var value)
 
     activeFocusOnTab: true
+    focusPolicy: Qt.TabFocus
     implicitHeight: 32
     implicitWidth: Math.max(32, implicitContentWidth + 12)
 

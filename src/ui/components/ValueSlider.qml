@@ -34,7 +34,7 @@ T.Slider {
             color: Theme.accent
             height: 4
             radius: 2
-            width: slider.handle.x + slider.handle.width / 2
+            width: slider.enabled ? slider.handle.x + slider.handle.width / 2 : 0
         }
     }
     handle: Rectangle {

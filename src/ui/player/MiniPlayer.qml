@@ -4,15 +4,13 @@ import QtQuick
 import QtQuick.Layouts
 import Tavelo
 
-// The strip below the section screens. The film itself lies over `slot`, drawn by the window's one
-// surface.
+// The strip below the section screens. The window's one surface lies over its left end.
 Rectangle {
     id: mini
 
     required property var app // an AppState
 
     readonly property var player: app.playback.player
-    readonly property alias slot: slot
 
     color: Theme.panel
     implicitHeight: 92
@@ -28,8 +26,6 @@ Rectangle {
         spacing: 12
 
         Item {
-            id: slot
-
             Layout.preferredHeight: 72
             Layout.preferredWidth: 128
         }

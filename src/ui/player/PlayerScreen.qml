@@ -30,7 +30,10 @@ FocusScope {
     Accessible.role: Accessible.Pane
     focus: true
 
-    Component.onCompleted: poke()
+    Component.onCompleted: {
+        forceActiveFocus();
+        poke();
+    }
 
     Timer {
         id: rest
