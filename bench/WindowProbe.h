@@ -14,6 +14,14 @@ namespace tavelo {
 /// Asks the X server what its windows are, as seen from outside any program.
 class WindowProbe
 {
+    template <typename Fetch, typename Cookie>
+    auto reply(Fetch fetch, Cookie cookie) const
+    {
+        auto *answer = fetch(m_connection, cookie, nullptr);
+        return std::unique_ptr<std::remove_pointer_t<decltype(answer)>, decltype(&std::free)>(
+            answer, &std::free);
+    }
+
 public:
     WindowProbe()
         : m_connection(xcb_connect(nullptr, nullptr))
@@ -38,14 +46,6 @@ public:
     }
 
 private:
-    template <typename Fetch, typename Cookie>
-    auto reply(Fetch fetch, Cookie cookie) const
-    {
-        auto *answer = fetch(m_connection, cookie, nullptr);
-        return std::unique_ptr<std::remove_pointer_t<decltype(answer)>, decltype(&std::free)>(
-            answer, &std::free);
-    }
-
     bool isShown(xcb_window_t window) const
     {
         const auto attributes =

@@ -148,6 +148,7 @@ bool Tour::player()
     m_ui.click(QStringLiteral("Audio track"));
     shoot("player-audio-menu");
     m_ui.key(Qt::Key_Escape);
+    QTest::qWait(settled);
     m_ui.key(Qt::Key_Space);
     shoot("player-paused");
     m_ui.click(QStringLiteral("Back"));
