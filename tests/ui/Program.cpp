@@ -108,6 +108,12 @@ QList<QQuickItem *> Program::visibleItems() const
     return items;
 }
 
+bool Program::startFilm()
+{
+    return show() && click("Film 0") && click("Play") &&
+           QTest::qWaitFor([this] { return player().duration() > 0; }, 10'000);
+}
+
 QQuickItem *Program::text(const QString &wording) const
 {
     for (QQuickItem *item : visibleItems()) {

@@ -24,6 +24,8 @@ public:
 
     /// Shows the window and waits until it has the keyboard.
     bool show();
+    /// Shows the window and plays the first film; true when it runs and its controls are there.
+    bool startFilm();
 
     AppState &state() { return *m_state; }
     VideoPlayerManager &player() { return *m_state->playback()->player(); }

@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "Program.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <clocale>
+
+using namespace tavelo;
+
+class tst_PlayerScreen : public QObject
+{
+    Q_OBJECT
+
+private:
+    static constexpr int patience = 10'000; // milliseconds
+
+private Q_SLOTS:
+    void initTestCase() { std::setlocale(LC_NUMERIC, "C"); }
+
+    void playerKeys()
+    {
+        Program program;
+        QVERIFY(program.startFilm());
+        VideoPlayerManager &player = program.player();
+        program.key(Qt::Key_Space);
+        QTRY_VERIFY(!player.isPlaying());
+        player.seek(4);
+        program.key(Qt::Key_Left);
+        QCOMPARE(player.currentTime(), 0.0);
+        program.key(Qt::Key_Right);
+        QCOMPARE(player.currentTime(), 10.0);
+        program.key(Qt::Key_Right);
+        QCOMPARE(player.currentTime(), player.duration());
+        program.key(Qt::Key_Down);
+        QVERIFY(qAbs(player.volume() - 0.9F) < 0.001F);
+        program.key(Qt::Key_M);
+        QVERIFY(player.isMuted());
+        program.key(Qt::Key_Up);
+        QVERIFY(!player.isMuted());
+        program.key(Qt::Key_F);
+        QTRY_COMPARE(program.window()->visibility(), QWindow::FullScreen);
+        QTRY_VERIFY(!program.item("Sidebar"));
+        program.key(Qt::Key_F);
+        QTRY_VERIFY(program.window()->visibility() != QWindow::FullScreen);
+        program.key(Qt::Key_Escape);
+        QVERIFY(!program.state().showPlayer());
+        QTRY_VERIFY(program.item("MiniPlayer"));
+        program.key(Qt::Key_M);
+        QVERIFY(!player.isMuted());
+    }
+
+    void clicksOnTheFilm()
+    {
+        Program program;
+        QVERIFY(program.startFilm());
+        VideoPlayerManager &player = program.player();
+        const QPoint film(600, 300);
+        program.clickAt(film);
+        QTRY_VERIFY(!player.isPlaying());
+
+        QSignalSpy statuses(&player, &VideoPlayerManager::isPlayingChanged);
+        QTest::mouseDClick(program.window(), Qt::LeftButton, {}, film);
+        QTRY_COMPARE(program.window()->visibility(), QWindow::FullScreen);
+        QVERIFY(!player.isPlaying());
+        QCOMPARE(statuses.size(), 0);
+    }
+
+    void controlsRest()
+    {
+        Program program;
+        QVERIFY(program.startFilm());
+        QTest::mouseMove(program.window(), {600, 300});
+        QTRY_VERIFY(program.control("Full screen"));
+        QTRY_VERIFY_WITH_TIMEOUT(!program.control("Full screen"), patience);
+        QTest::mouseMove(program.window(), {620, 300});
+        QTRY_VERIFY(program.control("Full screen"));
+        QTRY_VERIFY_WITH_TIMEOUT(!program.control("Full screen"), patience);
+        program.key(Qt::Key_Space);
+        QTRY_VERIFY(program.control("Full screen")); // a film that stands shows them
+    }
+
+    void scrubbingSeeksOnce()
+    {
+        Program program;
+        QVERIFY(program.startFilm());
+        VideoPlayerManager &player = program.player();
+        program.key(Qt::Key_Space);
+        QTRY_VERIFY(!player.isPlaying());
+        QQuickItem *slider = program.item("Scrubber")->findChild<QQuickItem *>("position");
+        QVERIFY(slider);
+        const QPoint left = slider->mapToScene({slider->width() * 0.1, 10}).toPoint();
+        const QPoint right = slider->mapToScene({slider->width() * 0.75, 10}).toPoint();
+        QSignalSpy times(&player, &VideoPlayerManager::currentTimeChanged);
+        QTest::mousePress(program.window(), Qt::LeftButton, {}, left);
+        for (int step = 1; step <= 8; ++step)
+            QTest::mouseMove(program.window(), left + (right - left) * step / 8);
+        QCOMPARE(times.size(), 0);
+        QTRY_VERIFY(program.text("0:08") || program.text("0:09"));
+        QTest::mouseRelease(program.window(), Qt::LeftButton, {}, right);
+        QVERIFY(times.size() >= 1);
+        QVERIFY2(qAbs(player.currentTime() - 9) < 0.3,
+                 qPrintable(QString::number(player.currentTime())));
+    }
+
+    void menusChoose()
+    {
+        Program program;
+        QVERIFY(program.startFilm());
+        QVERIFY(program.click("Playback speed"));
+        QVERIFY(program.click("1.25x"));
+        QCOMPARE(program.player().rate(), 1.25F);
+        QTRY_VERIFY(program.text("1.25x"));
+        QVERIFY(program.click("Playback speed"));
+        QTRY_VERIFY(program.control("✓ 1.25x"));
+        QVERIFY(!program.control("✓ 1.0x"));
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.control("✓ 1.25x"));
+        QVERIFY(program.state().showPlayer()); // Escape was the menu's
+
+        QVERIFY(program.click("Audio track"));
+        QVERIFY(program.click("French"));
+        QTRY_COMPARE(program.player().selectedAudio().value_or(AudioTrack()).name, "French");
+        QVERIFY(program.click("Aspect ratio"));
+        QVERIFY(program.click("Fill"));
+        QCOMPARE(program.player().aspectName(), "Fill");
+    }
+
+    void playbackError()
+    {
+        Program program;
+        const FaultServer::Answer film = Program::server().at("/download/film0/reel.mp4");
+        Program::server().serve("/download/film0/reel.mp4", {.status = 404});
+        QVERIFY(program.show());
+        QVERIFY(program.click("Film 0"));
+        QVERIFY(program.click("Play"));
+        QTRY_VERIFY_WITH_TIMEOUT(program.text("Playback error"), 30'000);
+        QVERIFY(program.text(program.player().errorText()));
+        Program::server().serve("/download/film0/reel.mp4", film);
+        QVERIFY(program.click("Retry"));
+        QTRY_VERIFY_WITH_TIMEOUT(program.player().duration() > 0, patience);
+        QVERIFY(!program.text("Playback error"));
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+    QGuiApplication app(argc, argv);
+    tst_PlayerScreen test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_playerscreen.moc"
