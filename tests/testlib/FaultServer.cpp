@@ -17,6 +17,9 @@ namespace {
 using Answer = FaultServer::Answer;
 using Request = FaultServer::Request;
 
+/// On a socket that has brought its request.
+constexpr const char *hasAsked = "hasAsked";
+
 constexpr qint64 chunkBytes = 64 * 1024;
 constexpr qint64 mostBuffered = 4 * chunkBytes;
 
@@ -118,6 +121,7 @@ private:
             return;
         const Request request = parsedRequest(m_received.first(end));
         m_answer = m_server->answerTo(request);
+        m_socket->setProperty(hasAsked, true);
         connect(m_socket, &QTcpSocket::disconnected, m_server,
                 [server = m_server] { --server->m_openRequests; });
         applyRange(request, *m_answer);
@@ -224,6 +228,10 @@ void FaultServer::setListening(bool listening)
         return;
     if (!listening) {
         m_server.close();
+        for (QTcpSocket *socket : m_server.findChildren<QTcpSocket *>()) {
+            if (!socket->property(hasAsked).toBool())
+                socket->abort();
+        }
         // A port that is bound and not listened on refuses, and nobody else can have it meanwhile.
         m_keepsPort = std::make_unique<QTcpSocket>();
         m_keepsPort->bind(QHostAddress::LocalHost, m_port, QAbstractSocket::ReuseAddressHint);

@@ -59,7 +59,8 @@ public:
     /// To change a thing or two about what is served; must be served already.
     Answer &at(const QByteArray &path);
 
-    /// Refuses connections, or takes them again on the same port. Open ones are not touched.
+    /// Refuses connections, or takes them again on the same port. Requests on their way are not
+    /// touched; connections that a client opened ahead of need are closed.
     void setListening(bool listening);
 
     const QList<Request> &requests() const { return m_requests; }
