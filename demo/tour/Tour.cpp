@@ -145,13 +145,16 @@ bool Tour::player()
     if (!expect(waitPlaying(12), "the film ten seconds on"))
         return false;
     shoot("player-later");
-    m_ui.click(QStringLiteral("Audio track"));
+    m_ui.move({320, 320});
+    if (!expect(m_ui.click(QStringLiteral("Audio track")), "the audio menu"))
+        return false;
     shoot("player-audio-menu");
     m_ui.key(Qt::Key_Escape);
     QTest::qWait(settled);
     m_ui.key(Qt::Key_Space);
     shoot("player-paused");
-    m_ui.click(QStringLiteral("Back"));
+    if (!expect(m_ui.click(QStringLiteral("Back")), "the way back from the player"))
+        return false;
     shoot("browsing-while-playing");
     m_demo->application().state().playback()->stopPlayback();
     return true;

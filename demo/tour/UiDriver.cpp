@@ -55,6 +55,9 @@ UiDriver::UiDriver(QQuickWindow *window)
     : m_window(window)
 {
     QAccessible::setActive(true);
+    // Keys go to the window that is active, also where no window manager makes it so.
+    window->requestActivate();
+    (void)QTest::qWaitForWindowActive(window);
 }
 
 QAccessibleInterface *UiDriver::find(const QString &name) const
