@@ -50,10 +50,6 @@ void DemoServer::listen()
 
 DemoReply DemoServer::answer(const DemoRequest &request)
 {
-    {
-        const std::scoped_lock lock(m_mutex);
-        ++m_requests;
-    }
     const QUrl url = QUrl::fromEncoded(request.target, QUrl::StrictMode);
     const QString path = url.path(QUrl::FullyDecoded);
     const auto below = [&](const char *folder) -> std::optional<QString> {
@@ -90,12 +86,6 @@ DemoFaults DemoServer::faults() const
 {
     const std::scoped_lock lock(m_mutex);
     return m_faults;
-}
-
-int DemoServer::requestCount() const
-{
-    const std::scoped_lock lock(m_mutex);
-    return m_requests;
 }
 
 } // namespace tavelo

@@ -28,9 +28,8 @@ public:
     /// Scheme, host and port; valid after start().
     QString baseUrl() const { return m_baseUrl; }
 
-    // Any thread, any time.
+    /// Any thread, any time.
     void setFaults(const DemoFaults &faults);
-    int requestCount() const;
 
 private:
     void listen();
@@ -41,9 +40,8 @@ private:
     QThread m_thread;
     QObject m_context; // lives on the thread; owns the listener and its connections
     QString m_baseUrl;
-    mutable std::mutex m_mutex; // guards what follows
+    mutable std::mutex m_mutex; // guards m_faults
     DemoFaults m_faults;
-    int m_requests = 0;
 };
 
 } // namespace tavelo
