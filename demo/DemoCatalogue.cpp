@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "DemoCatalogue.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <functional>
 
 namespace tavelo {
 
@@ -40,38 +42,62 @@ QStringList valuesOf(const QUrlQuery &query, const char *name)
     return values;
 }
 
-bool hasAllWords(const QString &text, const QStringList &words)
+/// The words in which a text is found: letters and digits, in lower case.
+QStringList wordsOf(const QString &text)
 {
-    return std::ranges::all_of(words, [&](const QString &word) { return text.contains(word); });
+    static const QRegularExpression between(QStringLiteral("[^\\p{L}\\p{N}]+"));
+    return text.toLower().split(between, Qt::SkipEmptyParts);
 }
 
-/// The words in `title:(…)`; all of them must stand in one of three fields.
+/// One of the clauses `title:(…)`, `description:(…)`, `subject:(…)` must have all its words.
 bool matchesText(const QJsonObject &item, const QString &query)
 {
-    static const QRegularExpression clause(QStringLiteral("title:\\(([^)]*)\\)"));
-    const auto match = clause.match(query);
-    if (!match.hasMatch())
-        return true;
-    const QStringList words = match.captured(1).toLower().split(QStringLiteral(" and "));
-    const QJsonObject metadata = metadataOf(item);
-    return std::ranges::any_of(std::array{"title", "description", "subject"}, [&](const char *key) {
-        return hasAllWords(flatText(metadata.value(QLatin1String(key))), words);
-    });
+    static const QRegularExpression clause(
+        QStringLiteral("(title|description|subject):\\(([^)]*)\\)"));
+    bool asked = false;
+    for (auto clauses = clause.globalMatch(query); clauses.hasNext(); asked = true) {
+        const auto match = clauses.next();
+        const QStringList words = match.captured(2).split(QStringLiteral(" AND "));
+        const QStringList there = wordsOf(flatText(metadataOf(item).value(match.captured(1))));
+        if (std::ranges::all_of(
+                words, [&](const QString &word) { return there.contains(word.toLower()); }))
+            return true;
+    }
+    return !asked;
 }
 
-bool matchesCollection(const QJsonObject &item, const QString &query)
+/// A clause such as `collection:(…)`; true when the query has none for `key`.
+bool matchesField(const QJsonValue &value, const QString &key, const QString &query)
 {
-    static const QRegularExpression clause(QStringLiteral("collection:\\(([^)]*)\\)"));
+    const QRegularExpression clause(key + QStringLiteral(":\\(([^)]*)\\)"));
     const auto match = clause.match(query);
-    return !match.hasMatch() ||
-           item.value(QLatin1String("collection")).toArray().contains(match.captured(1));
+    return !match.hasMatch() || value.toString() == match.captured(1) ||
+           value.toArray().contains(match.captured(1));
 }
 
 bool matches(const QJsonObject &item, const QString &query)
 {
-    const bool restricted = metadataOf(item).contains(QLatin1String("access-restricted-item"));
+    const QJsonObject metadata = metadataOf(item);
+    const bool restricted = metadata.contains(QLatin1String("access-restricted-item"));
     const bool hidden = restricted && query.contains(QLatin1String("-access-restricted-item:true"));
-    return !hidden && matchesText(item, query) && matchesCollection(item, query);
+    return !hidden && matchesText(item, query) &&
+           matchesField(item.value(QLatin1String("collection")), QStringLiteral("collection"),
+                        query) &&
+           matchesField(metadata.value(QLatin1String("mediatype")), QStringLiteral("mediatype"),
+                        query);
+}
+
+/// By "downloads desc" and the like; equal items keep their order.
+void sortBy(QList<QJsonObject> &items, const QString &sort)
+{
+    const QString key = sort.section(QLatin1Char(' '), 0, 0);
+    const auto number = [&](const QJsonObject &item) {
+        return item.value(key).toVariant().toLongLong();
+    };
+    if (sort.endsWith(QLatin1String(" desc")))
+        std::ranges::stable_sort(items, std::ranges::greater(), number);
+    else
+        std::ranges::stable_sort(items, std::ranges::less(), number);
 }
 
 QJsonObject document(const QJsonObject &item, const QStringList &fields)
@@ -111,16 +137,18 @@ QByteArray DemoCatalogue::search(const QUrlQuery &query) const
         if (matches(item.toObject(), q))
             found.append(item.toObject());
     }
-    const QString key = sort.section(QLatin1Char(' '), 0, 0);
-    std::ranges::stable_sort(found, std::ranges::greater(),
-                             [&](const QJsonObject &item) { return item.value(key).toInteger(); });
+    sortBy(found, sort);
     QJsonArray documents;
     for (const QJsonObject &item : found.mid(start, rows))
         documents.append(document(item, fields));
     const QJsonObject response{{QStringLiteral("numFound"), found.size()},
                                {QStringLiteral("start"), start},
                                {QStringLiteral("docs"), documents}};
-    return QJsonDocument(QJsonObject{{QStringLiteral("response"), response}})
+    const QJsonObject header{{QStringLiteral("status"), 0},
+                             {QStringLiteral("QTime"), 1},
+                             {QStringLiteral("params"), QJsonObject{{QStringLiteral("q"), q}}}};
+    return QJsonDocument(QJsonObject{{QStringLiteral("responseHeader"), header},
+                                     {QStringLiteral("response"), response}})
         .toJson(QJsonDocument::Compact);
 }
 
@@ -130,16 +158,24 @@ QByteArray DemoCatalogue::metadata(const QString &id) const
     if (!found)
         return "{}";
     QJsonArray files;
+    qint64 bytes = 0;
     for (const QJsonValue &value : found->value(QLatin1String("files")).toArray()) {
         QJsonObject file = value.toObject();
-        const QString film = file.take(QLatin1String("film")).toString();
-        file.insert(QLatin1String("source"), QStringLiteral("derivative"));
-        file.insert(QLatin1String("size"), QString::number(QFileInfo(pathOf(film)).size()));
+        const QFileInfo info(pathOf(file.take(QLatin1String("film")).toString()));
+        bytes += info.size();
+        file.insert(QLatin1String("source"),
+                    QLatin1String(files.isEmpty() ? "original" : "derivative"));
+        file.insert(QLatin1String("size"), QString::number(info.size()));
+        file.insert(QLatin1String("mtime"),
+                    QString::number(info.lastModified().toSecsSinceEpoch()));
         files.append(file);
     }
-    return QJsonDocument(QJsonObject{{QStringLiteral("metadata"), metadataOf(*found)},
+    QJsonObject metadata = metadataOf(*found);
+    metadata.insert(QLatin1String("collection"), found->value(QLatin1String("collection")));
+    return QJsonDocument(QJsonObject{{QStringLiteral("metadata"), metadata},
                                      {QStringLiteral("files"), files},
-                                     {QStringLiteral("files_count"), files.size()}})
+                                     {QStringLiteral("files_count"), files.size()},
+                                     {QStringLiteral("item_size"), bytes}})
         .toJson(QJsonDocument::Compact);
 }
 
@@ -159,6 +195,15 @@ std::optional<QString> DemoCatalogue::posterPath(const QString &id) const
     if (!found)
         return {};
     return pathOf(found->value(QLatin1String("poster")).toString() + QLatin1String(".jpg"));
+}
+
+std::optional<QString> DemoCatalogue::title(const QString &id) const
+{
+    const auto found = item(id);
+    if (!found)
+        return {};
+    const QJsonValue title = metadataOf(*found).value(QLatin1String("title"));
+    return title.isArray() ? title[0].toString() : title.toString();
 }
 
 std::optional<QJsonObject> DemoCatalogue::item(const QString &id) const

@@ -24,6 +24,7 @@ public:
     QByteArray metadata(const QString &id) const;
     /// Where a file of an item lies; absent when there is none of that name.
     std::optional<QString> filePath(const QString &id, const QString &name) const;
+    std::optional<QString> title(const QString &id) const;
     std::optional<QString> posterPath(const QString &id) const;
 
 private:

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "DemoConnection.h"
 
-#include <QTimer>
-
 #include <algorithm>
 
 namespace tavelo {
@@ -12,33 +10,21 @@ namespace {
 
 constexpr qint64 chunk = 64LL * 1024;
 constexpr qint64 mostRequestBytes = 64LL * 1024;
-
-DemoRequest parsed(const QByteArray &text)
-{
-    DemoRequest request;
-    const QList<QByteArray> lines = text.split('\n');
-    request.method = lines.first().split(' ').value(0);
-    request.target = lines.first().split(' ').value(1);
-    for (const QByteArray &line : lines.sliced(1)) {
-        const QByteArray name = line.left(line.indexOf(':')).toLower();
-        const QByteArray value = line.mid(line.indexOf(':') + 1).trimmed();
-        if (name == "range")
-            request.range = value;
-        else if (name == "if-range")
-            request.ifRange = value;
-    }
-    return request;
-}
+constexpr int pause = 20; // milliseconds
 
 } // namespace
 
-DemoConnection::DemoConnection(QTcpSocket *socket, Answer answer, Faults faults, QObject *parent)
+DemoConnection::DemoConnection(QTcpSocket *socket, const DemoRoutes &routes, DemoControls &controls,
+                               QObject *parent)
     : QObject(parent)
     , m_socket(socket)
-    , m_answer(std::move(answer))
-    , m_faults(std::move(faults))
+    , m_routes(routes)
+    , m_controls(controls)
 {
     socket->setParent(this);
+    m_pause.setSingleShot(true);
+    m_pause.setTimerType(Qt::PreciseTimer);
+    connect(&m_pause, &QTimer::timeout, this, &DemoConnection::send);
     connect(socket, &QTcpSocket::readyRead, this, &DemoConnection::readRequest);
     connect(socket, &QTcpSocket::bytesWritten, this, &DemoConnection::send);
     connect(socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
@@ -56,44 +42,56 @@ void DemoConnection::readRequest()
         return;
     }
     m_socket->skip(end + 4);
-    const DemoRequest request = parsed(text.first(end));
-    const DemoFaults faults = m_faults();
-    const bool concerned = faults.concerns(request.target);
+    m_request = DemoRequest::parsed(text.first(end));
+    m_controls.record(m_request);
     m_busy = true;
-    if (concerned && faults.silent)
-        return;
-    QTimer::singleShot(concerned ? faults.latency : 0, this, [this, request] { reply(request); });
+    const DemoFaults faults = m_controls.faultsFor(m_request.target);
+    if (!faults.silent)
+        QTimer::singleShot(faults.latency, this, &DemoConnection::reply);
 }
 
-void DemoConnection::reply(const DemoRequest &request)
+void DemoConnection::reply()
 {
-    const DemoFaults faults = m_faults();
-    const bool concerned = faults.concerns(request.target);
-    m_reply = concerned && faults.status != 0
+    const DemoFaults faults = m_controls.faultsFor(m_request.target);
+    m_reply = faults.status != 0
                   ? DemoReply::text(faults.status, "A fault of the demo.", "text/plain")
-                  : m_answer(request);
-    m_left = request.method == "HEAD" ? 0 : m_reply.length();
-    m_closes = concerned && faults.dropAfter >= 0 && faults.dropAfter < m_left;
+                  : m_routes.answer(m_request);
+    m_left = m_request.method == "HEAD" || m_reply.status == 304 ? 0 : m_reply.length();
+    const bool drops = faults.dropAfter >= 0 && faults.dropAfter < m_left;
+    // What a refused method sent along is not worth reading.
+    m_closes = drops || !m_request.keepAlive || m_reply.status == 405;
     m_socket->write(m_reply.head(!m_closes));
-    if (m_closes)
+    if (drops)
         m_left = faults.dropAfter;
+    m_since.start();
+    m_credit = 0;
     send();
 }
 
 void DemoConnection::send()
 {
-    while (m_busy && m_left > 0 && m_socket->bytesToWrite() < 4 * chunk) {
-        const qint64 count = std::min(m_left, chunk);
+    while (m_busy && m_left > 0 && !m_pause.isActive() && m_socket->bytesToWrite() < 4 * chunk) {
+        const qint64 count = std::min({m_left, chunk, allowance()});
+        if (count == 0)
+            return m_pause.start(pause);
         const QByteArray bytes = m_reply.file
                                      ? m_reply.file->read(count)
                                      : m_reply.body.sliced(m_reply.body.size() - m_left, count);
         if (bytes.isEmpty())
             return m_socket->abort(); // the file became shorter while it was sent
         m_left -= bytes.size();
+        m_credit -= double(bytes.size());
         m_socket->write(bytes);
     }
     if (m_busy && m_left == 0 && m_socket->bytesToWrite() == 0)
         bodySent();
+}
+
+qint64 DemoConnection::allowance()
+{
+    const qint64 rate = m_controls.faultsFor(m_request.target).bytesPerSecond;
+    m_credit = rate > 0 ? m_credit + double(rate * m_since.restart()) / 1000 : double(chunk);
+    return qint64(m_credit);
 }
 
 void DemoConnection::bodySent()

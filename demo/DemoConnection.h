@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DemoFaults.h"
-#include "DemoReply.h"
+#include "DemoControls.h"
+#include "DemoRoutes.h"
 
+#include <QElapsedTimer>
 #include <QTcpSocket>
-
-#include <functional>
+#include <QTimer>
 
 namespace tavelo {
 
@@ -17,24 +17,28 @@ class DemoConnection : public QObject
     Q_OBJECT
 
 public:
-    using Answer = std::function<DemoReply(const DemoRequest &)>;
-    using Faults = std::function<DemoFaults()>;
-
-    DemoConnection(QTcpSocket *socket, Answer answer, Faults faults, QObject *parent);
+    /// Takes the socket. `routes` and `controls` must outlive this.
+    DemoConnection(QTcpSocket *socket, const DemoRoutes &routes, DemoControls &controls,
+                   QObject *parent);
 
 private:
     void readRequest();
-    void reply(const DemoRequest &request);
+    void reply();
     void send();
+    qint64 allowance();
     void bodySent();
 
     QTcpSocket *m_socket;
-    Answer m_answer;
-    Faults m_faults;
-    bool m_busy = false; // with an answer; further requests wait
+    const DemoRoutes &m_routes;
+    DemoControls &m_controls;
+    DemoRequest m_request;
     DemoReply m_reply;
-    qint64 m_left = 0;     // bytes of the body still to send
+    bool m_busy = false;   // with an answer; further requests wait
     bool m_closes = false; // after this answer
+    qint64 m_left = 0;     // bytes of the body still to send
+    QTimer m_pause;        // until a slow body may go on
+    double m_credit = 0;   // bytes of it that may go at once
+    QElapsedTimer m_since; // the last addition to that
 };
 
 } // namespace tavelo

@@ -2,41 +2,17 @@
 // SPDX-License-Identifier: MIT
 #include "DemoReply.h"
 
+#include "ByteRange.h"
+
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QMimeDatabase>
-#include <QRegularExpression>
-
-#include <algorithm>
-#include <optional>
 
 namespace tavelo {
 
 namespace {
-
-struct Part
-{
-    qint64 first = 0;
-    qint64 last = 0;
-};
-
-/// Absent when the header asks for nothing that can be had.
-std::optional<Part> partOf(const QByteArray &range, qint64 size)
-{
-    static const QRegularExpression form(QStringLiteral("^bytes=([0-9]{0,18})-([0-9]{0,18})$"));
-    const auto match = form.match(QString::fromLatin1(range));
-    const QString first = match.captured(1);
-    const QString last = match.captured(2);
-    Part part{0, size - 1};
-    if (first.isEmpty())
-        part.first = std::max<qint64>(size - last.toLongLong(), 0);
-    else
-        part.first = first.toLongLong();
-    if (!first.isEmpty() && !last.isEmpty())
-        part.last = std::min(last.toLongLong(), size - 1);
-    const bool asksSomething = match.hasMatch() && !(first.isEmpty() && last.isEmpty());
-    return asksSomething && part.first <= part.last ? std::optional(part) : std::nullopt;
-}
 
 QByteArray reason(int status)
 {
@@ -45,13 +21,31 @@ QByteArray reason(int status)
         return "OK";
     case 206:
         return "Partial Content";
+    case 304:
+        return "Not Modified";
     case 404:
         return "Not Found";
+    case 405:
+        return "Method Not Allowed";
     case 416:
         return "Range Not Satisfiable";
+    case 503:
+        return "Service Unavailable";
     default:
         return "Fault";
     }
+}
+
+QByteArray httpDate(const QDateTime &time)
+{
+    return QLocale::c().toString(time.toUTC(), u"ddd, dd MMM yyyy HH:mm:ss 'GMT'").toLatin1();
+}
+
+DemoReply unsatisfiable(qint64 size)
+{
+    DemoReply reply = DemoReply::text(416, {}, "text/plain");
+    reply.headers = "Content-Range: bytes */" + QByteArray::number(size) + "\r\n";
+    return reply;
 }
 
 } // namespace
@@ -69,40 +63,46 @@ DemoReply DemoReply::ofFile(const QString &path, const DemoRequest &request)
 {
     auto file = std::make_shared<QFile>(path);
     if (!file->open(QIODevice::ReadOnly))
-        return text(404, "Not here.", "text/plain");
+        return notFound();
     const QFileInfo info(path);
     const qint64 size = file->size();
+    const QByteArray date = httpDate(info.lastModified());
     const QByteArray tag = '"' + QByteArray::number(size, 16) + '-' +
-                           QByteArray::number(info.lastModified().toSecsSinceEpoch(), 16) + '"';
+                           QByteArray::number(info.lastModified().toMSecsSinceEpoch(), 16) + '"';
     DemoReply reply;
     reply.type =
         QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension).name().toLatin1();
-    reply.headers = "Accept-Ranges: bytes\r\nETag: " + tag + "\r\n";
-    reply.file = file;
-    reply.fileBytes = size;
-    const bool wantsPart =
-        !request.range.isEmpty() && (request.ifRange.isEmpty() || request.ifRange == tag);
-    if (!wantsPart)
-        return reply;
-    const auto part = partOf(request.range, size);
-    if (!part) {
-        reply = text(416, {}, "text/plain");
-        reply.headers = "Content-Range: bytes */" + QByteArray::number(size) + "\r\n";
+    reply.headers = "Accept-Ranges: bytes\r\nETag: " + tag + "\r\nLast-Modified: " + date + "\r\n";
+    if (request.headers.value("if-none-match") == tag) {
+        reply.status = 304;
         return reply;
     }
-    file->seek(part->first);
+    reply.file = file;
+    reply.fileBytes = size;
+    const QByteArray condition = request.headers.value("if-range");
+    const bool holds = condition.isEmpty() || condition == tag || condition == date;
+    const auto range = ByteRange::parsed(request.headers.value("range"), size);
+    if (request.method != "GET" || !holds || !range)
+        return reply;
+    if (range->isEmpty())
+        return unsatisfiable(size);
+    file->seek(range->first);
     reply.status = 206;
-    reply.fileBytes = part->last - part->first + 1;
-    reply.headers += "Content-Range: bytes " + QByteArray::number(part->first) + '-' +
-                     QByteArray::number(part->last) + '/' + QByteArray::number(size) + "\r\n";
+    reply.fileBytes = range->length();
+    reply.headers += "Content-Range: bytes " + QByteArray::number(range->first) + '-' +
+                     QByteArray::number(range->last) + '/' + QByteArray::number(size) + "\r\n";
     return reply;
 }
 
 QByteArray DemoReply::head(bool keepAlive) const
 {
-    return "HTTP/1.1 " + QByteArray::number(status) + ' ' + reason(status) +
-           "\r\nContent-Type: " + type + "\r\nContent-Length: " + QByteArray::number(length()) +
-           "\r\nConnection: " + (keepAlive ? "keep-alive" : "close") + "\r\n" + headers + "\r\n";
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reason(status) +
+                      "\r\nDate: " + httpDate(QDateTime::currentDateTimeUtc()) +
+                      "\r\nConnection: " + (keepAlive ? "keep-alive" : "close") + "\r\n" + headers;
+    if (status != 304)
+        head += "Content-Type: " + type + "\r\nContent-Length: " + QByteArray::number(length()) +
+                "\r\n";
+    return head + "\r\n";
 }
 
 } // namespace tavelo

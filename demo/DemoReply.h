@@ -2,21 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
+#include "DemoRequest.h"
+
 #include <QIODevice>
-#include <QString>
 
 #include <memory>
 
 namespace tavelo {
-
-struct DemoRequest
-{
-    QByteArray method;
-    QByteArray target; // path and query, as sent
-    QByteArray range;  // headers of that name; empty: none
-    QByteArray ifRange;
-};
 
 /// An answer of the demo's services: a short text, or a file or part of one.
 struct DemoReply
@@ -29,7 +21,9 @@ struct DemoReply
     QByteArray headers;              // further lines, each with its line end
 
     static DemoReply text(int status, const QByteArray &body, const QByteArray &type);
-    /// By Range and If-Range (RFC 9110, 13 and 14); 404 when the file is not there.
+    static DemoReply notFound() { return text(404, "Not here.", "text/plain"); }
+    /// By Range, If-Range and If-None-Match (RFC 9110, 13 and 14); 404 when there is no such file.
+    /// Of several ranges in one request none is taken: the whole file is sent.
     static DemoReply ofFile(const QString &path, const DemoRequest &request);
 
     QByteArray head(bool keepAlive) const;

@@ -2,14 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DemoCatalogue.h"
-#include "DemoFaults.h"
-#include "DemoReply.h"
+#include "DemoControls.h"
+#include "DemoRoutes.h"
 
 #include <QTcpServer>
 #include <QThread>
-
-#include <mutex>
 
 namespace tavelo {
 
@@ -28,20 +25,17 @@ public:
     /// Scheme, host and port; valid after start().
     QString baseUrl() const { return m_baseUrl; }
 
-    /// Any thread, any time.
-    void setFaults(const DemoFaults &faults);
+    DemoControls &controls() { return m_controls; }
+    void setFaults(const DemoFaults &faults) { m_controls.setFaults({faults}); }
 
 private:
     void listen();
-    DemoFaults faults() const;
-    DemoReply answer(const DemoRequest &request);
 
-    const DemoCatalogue m_catalogue;
+    const DemoRoutes m_routes;
+    DemoControls m_controls;
     QThread m_thread;
     QObject m_context; // lives on the thread; owns the listener and its connections
     QString m_baseUrl;
-    mutable std::mutex m_mutex; // guards m_faults
-    DemoFaults m_faults;
 };
 
 } // namespace tavelo

@@ -5,7 +5,7 @@
 
 set(ffmpeg ${FFMPEG} -y -loglevel error -threads 1 -filter_threads 1 -filter_complex_threads 1)
 set(exact -threads 1 -fflags +bitexact -flags:v +bitexact -flags:a +bitexact)
-set(picture_encoding -c:v libx264 -preset ultrafast -crf 29 -maxrate 380k -bufsize 760k -g 48
+set(picture_encoding -c:v libx264 -preset ultrafast -crf 30 -maxrate 260k -bufsize 520k -g 48
   -pix_fmt yuv420p -an)
 
 # Titles need a font, which not every machine has.
@@ -18,7 +18,7 @@ function(title_filters variable size bottom)
   list(LENGTH ARGN left)
   foreach(line IN LISTS ARGN)
     math(EXPR left "${left}-1")
-    string(APPEND filters ",drawtext=font='${title_font}':text='${line}':fontsize=h*${size}"
+    string(APPEND filters ",drawtext=font='${title_font}':text='${line}':fontsize='min(h*${size},w*0.07)'"
       ":fontcolor=white:shadowcolor=black@0.55:shadowx=2:shadowy=2:x=(w-text_w)/2"
       ":y=h*(1-${bottom}-${left}*${size}*1.3)")
   endforeach()
@@ -68,18 +68,18 @@ function(tavelo_film file seconds picture shown small title sound)
       ${work}/title.mkv
     COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_CURRENT_BINARY_DIR}/${stem}.reels ${work}/reels
     COMMAND ${ffmpeg} -f concat -i ${work}/reels ${sound} -map 0:v ${ARGN} -t ${seconds} -c:v copy
-      -c:a aac -b:a 40k ${exact} ${TAVELO_FILMS}/${file}
+      -c:a aac -b:a 24k ${exact} ${TAVELO_FILMS}/${file}
     COMMAND ${CMAKE_COMMAND} -E rm -r ${work}
     COMMENT "Filming ${file}" VERBATIM)
   set_property(GLOBAL APPEND PROPERTY TAVELO_FILM_FILES ${TAVELO_FILMS}/${file})
 endfunction()
 
-# Options for an input that hums the given tones.
+# Options for an input that hums the given tones, which return to where they were after 20 s.
 function(chord variable)
   set(inputs)
   foreach(hertz ${ARGN})
-    list(APPEND inputs "0.04*sin(2*PI*${hertz}*t)*(0.6+0.4*sin(t*0.9+${hertz}))")
+    list(APPEND inputs "0.05*sin(2*PI*${hertz}*t)*(0.6+0.4*sin(0.3*PI*t+${hertz}))")
   endforeach()
   list(JOIN inputs "+" sum)
-  set(${variable} -f lavfi -i "aevalsrc=${sum}:s=32000" PARENT_SCOPE)
+  set(${variable} -f lavfi -i "aevalsrc=${sum}:s=16000:d=20,aloop=-1:320000:0" PARENT_SCOPE)
 endfunction()
