@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "DemoServer.h"
 #include "WindowProbe.h"
-#include "catalogue/ServiceHosts.h"
 #include "main/Application.h"
+#include "platform/ServiceHosts.h"
 
 #include <QFile>
 #include <QProcess>

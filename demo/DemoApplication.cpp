@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "DemoApplication.h"
 
-#include "catalogue/ServiceHosts.h"
+#include "platform/ServiceHosts.h"
 #include "platform/StandardFolders.h"
 
 namespace tavelo {

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/ArchiveParser.h"
 
-#include "catalogue/ServiceHosts.h"
 #include "catalogue/Text.h"
+#include "platform/ServiceHosts.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -3,8 +3,8 @@
 #include "catalogue/ArchiveQuery.h"
 
 #include "catalogue/NetError.h"
-#include "catalogue/ServiceHosts.h"
 #include "catalogue/Text.h"
+#include "platform/ServiceHosts.h"
 
 namespace tavelo::ArchiveQuery {
 

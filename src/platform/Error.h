@@ -14,6 +14,8 @@ enum class ErrorKind {
     Http,
     BadUrl,
     Empty,
+    Malformed, // an answer or a file that cannot be read as what it should be
+    Service,   // the service itself says why it did not answer
 };
 
 /// A failure as a value.

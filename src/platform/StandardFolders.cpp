@@ -34,6 +34,11 @@ QString movies()
     return folder(QStringLiteral("movies"), QStandardPaths::MoviesLocation);
 }
 
+QString configuration()
+{
+    return folder(QStringLiteral("config"), QStandardPaths::GenericConfigLocation);
+}
+
 void relocate(const QString &root)
 {
     Q_ASSERT(relocatedRoot().isEmpty());

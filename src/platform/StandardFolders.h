@@ -12,7 +12,11 @@ QString support();
 /// Where saved films go by default ("TaveloApp" in the user's film folder). Not created.
 QString movies();
 
-/// Puts both below `root` instead. Once, before anything else runs: for the demo and the tests.
+/// Where the preferences lie ("TaveloApp" in the user's configuration). Not created.
+QString configuration();
+
+/// Puts all of them below `root` instead. Once, before anything else runs: for the demo and the
+/// tests.
 void relocate(const QString &root);
 
 } // namespace tavelo::StandardFolders

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppState.h"
 #include "app/Suggestions.h"
-#include "catalogue/ServiceHosts.h"
+#include "platform/ServiceHosts.h"
 #include "testlib/FaultServer.h"
 
 #include <QJsonDocument>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/OrvellaProvider.h"
 
-#include "catalogue/ServiceHosts.h"
+#include "platform/ServiceHosts.h"
 #include "testlib/Awaited.h"
 #include "testlib/FaultServer.h"
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "Program.h"
 
-#include "catalogue/ServiceHosts.h"
 #include "platform/MediaEngine.h"
+#include "platform/ServiceHosts.h"
 #include "ui/UiModule.h"
 
 #include <QFile>

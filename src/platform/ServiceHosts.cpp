@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "catalogue/ServiceHosts.h"
+#include "platform/ServiceHosts.h"
 
 namespace tavelo {
 
