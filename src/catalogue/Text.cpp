@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/Text.h"
 
-#include <QUrl>
-
 #include <algorithm>
 
 namespace tavelo::Text {
@@ -36,6 +34,12 @@ std::optional<qint64> integer(QStringView text)
     bool fits = false;
     const qint64 value = text.toLongLong(&fits);
     return fits ? std::optional(value) : std::nullopt;
+}
+
+std::optional<QUrl> url(const QString &text)
+{
+    const QUrl url(text, QUrl::StrictMode);
+    return url.isValid() ? std::optional(url) : std::nullopt;
 }
 
 QString pathEncoded(const QString &text)

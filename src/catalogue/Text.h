@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QUrl>
 
 #include <optional>
 
@@ -14,6 +15,10 @@ QString trimmedOfBlanks(QStringView text);
 /// A decimal integer with an optional sign and nothing else; absent when it is not, or does not
 /// fit.
 std::optional<qint64> integer(QStringView text);
+
+/// A text that is a URL as it stands (RFC 3986, and characters beyond ASCII), of any scheme or
+/// none; absent for any other.
+std::optional<QUrl> url(const QString &text);
 
 /// Percent-encoded for a URL's path (RFC 3986, pchar without ";", and "/"). A text that has no
 /// UTF-8 form comes back as it is.

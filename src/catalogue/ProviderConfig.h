@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "catalogue/ProviderKind.h"
+
+#include <QList>
+#include <QUuid>
+
+namespace tavelo {
+
+/// One entry of the user's list of search providers.
+struct ProviderConfig
+{
+    QUuid id;     // never changes
+    QString name; // shown, and the source that this provider's results name
+    ProviderKind kind = ProviderKind::Orvella;
+    QString baseURL; // as typed; for Torznab the complete address of the endpoint
+    QString apiKey;  // empty: none; only Torznab sends it
+    bool enabled = true;
+
+    /// The entry that a user adds: as typed, enabled, under a new id.
+    static ProviderConfig create(const QString &name, ProviderKind kind, const QString &baseURL,
+                                 const QString &apiKey = {});
+    /// Whether an entry may be added: it has a name, and its address is a URL with a host.
+    static bool accepts(const QString &name, const QString &baseURL);
+
+    bool operator==(const ProviderConfig &) const = default;
+};
+
+/// A list of providers as JSON (RFC 8259): an array of objects with exactly the six fields' names
+/// as keys, ids in upper case.
+QByteArray toJson(const QList<ProviderConfig> &providers);
+/// Absent when any entry lacks a key or holds what is no value for it.
+std::optional<QList<ProviderConfig>> providersFromJson(const QByteArray &json);
+
+} // namespace tavelo

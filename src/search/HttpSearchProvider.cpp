@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "search/HttpSearchProvider.h"
+
+#include "catalogue/FetchData.h"
+#include "platform/ThreadPool.h"
+
+#include <QCoroFuture>
+
+namespace tavelo {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+} // namespace
+
+HttpSearchProvider::HttpSearchProvider(const ProviderConfig &config, MakeRequest makeRequest,
+                                       Parse parse)
+    : TorrentSearchProvider(config)
+    , m_makeRequest(makeRequest)
+    , m_parse(parse)
+{}
+
+QCoro::Task<TorrentResults> HttpSearchProvider::search(QString query, std::stop_token stop) const
+{
+    const auto parse = m_parse;
+    const QString source = config().name;
+    const auto request = m_makeRequest(config(), query);
+    if (!request)
+        co_return request.error();
+    const auto body = co_await fetchData(*request, 15s, std::move(stop));
+    if (!body)
+        co_return body.error();
+    auto parsed = runOnPool([parse, source, bytes = *body] { return parse(bytes, source); });
+    co_return co_await parsed;
+}
+
+} // namespace tavelo

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "search/TorznabParser.h"
+
+namespace tavelo {
+
+namespace {
+
+using Key = TorznabItem::Key;
+
+// The elements of an item whose text is kept; they are named like its attributes.
+bool isTextElement(Key key)
+{
+    return key == Key::Title || key == Key::Link || key == Key::Guid || key == Key::Size ||
+           key == Key::Comments;
+}
+
+std::optional<QString> valueOf(const QXmlStreamAttributes &attributes, QLatin1String name)
+{
+    for (const QXmlStreamAttribute &attribute : attributes) {
+        if (attribute.qualifiedName() == name)
+            return attribute.value().toString();
+    }
+    return {};
+}
+
+} // namespace
+
+TorznabParser::TorznabParser(const QString &source)
+    : m_source(source)
+{}
+
+Result<QList<TorrentResult>> TorznabParser::parse(const QByteArray &body)
+{
+    QXmlStreamReader reader(body);
+    reader.setNamespaceProcessing(false);
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            startElement(reader.qualifiedName(), reader.attributes());
+            break;
+        case QXmlStreamReader::Characters:
+            if (m_item && !reader.isCDATA())
+                m_text += reader.text();
+            break;
+        case QXmlStreamReader::EndElement:
+            endElement(reader.qualifiedName());
+            break;
+        default:
+            break;
+        }
+    }
+    if (m_apiError)
+        return *m_apiError;
+    if (reader.hasError())
+        return Error{ErrorKind::Malformed, reader.errorString(), 0};
+    return m_results;
+}
+
+void TorznabParser::startElement(QStringView name, const QXmlStreamAttributes &attributes)
+{
+    m_text.clear();
+    if (name == QLatin1String("item"))
+        m_item.emplace();
+    if (name == QLatin1String("error"))
+        m_apiError = Error{ErrorKind::Service,
+                           valueOf(attributes, QLatin1String("description"))
+                               .value_or(QStringLiteral("Indexer error")),
+                           0};
+    if (m_item)
+        readItemAttributes(name, attributes);
+}
+
+void TorznabParser::readItemAttributes(QStringView name, const QXmlStreamAttributes &attributes)
+{
+    if (name.endsWith(QLatin1String("attr"))) {
+        const auto attributeName = valueOf(attributes, QLatin1String("name"));
+        const auto value = valueOf(attributes, QLatin1String("value"));
+        const auto key = attributeName ? TorznabItem::keyNamed(*attributeName) : std::nullopt;
+        if (key && value)
+            m_item->insert(*key, *value);
+    }
+    if (name == QLatin1String("enclosure")) {
+        if (const auto url = valueOf(attributes, QLatin1String("url"))) {
+            m_item->insert(Key::Enclosure, *url);
+            if (const auto length = valueOf(attributes, QLatin1String("length")))
+                m_item->insert(Key::Length, *length);
+        }
+    }
+}
+
+void TorznabParser::endElement(QStringView name)
+{
+    if (!m_item)
+        return;
+    const auto key = TorznabItem::keyNamed(name);
+    if (key && isTextElement(*key))
+        m_item->insert(*key, m_text.trimmed());
+    if (name == QLatin1String("item")) {
+        if (const auto result = m_item->result(m_source))
+            m_results.append(*result);
+        m_item.reset();
+    }
+}
+
+} // namespace tavelo
