@@ -3,14 +3,13 @@
 #include "catalogue/FetchData.h"
 
 #include "catalogue/NetError.h"
-#include "platform/HttpClient.h"
 
 namespace tavelo {
 
 QCoro::Task<Result<QByteArray>> fetchData(QUrl url, std::chrono::milliseconds timeout,
-                                          std::stop_token stop)
+                                          std::stop_token stop, HttpClient &client)
 {
-    auto response = co_await HttpClient::shared().get(std::move(url), timeout, std::move(stop));
+    auto response = co_await client.get(std::move(url), timeout, std::move(stop));
     if (!response)
         co_return response.error();
     const bool isHttp = response->status != 0;

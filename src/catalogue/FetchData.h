@@ -2,20 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Result.h"
-
-#include <QByteArray>
-#include <QCoroTask>
-#include <QUrl>
-
-#include <chrono>
-#include <stop_token>
+#include "platform/HttpClient.h"
 
 namespace tavelo {
 
 /// The body of a GET, whole. A status outside 200 to 299 is NetError::http; everything else that
-/// goes wrong is the transport's error, unchanged. Main thread only.
+/// goes wrong is the transport's error, unchanged. `client` must outlive the flow. Main thread
+/// only.
 QCoro::Task<Result<QByteArray>> fetchData(QUrl url, std::chrono::milliseconds timeout,
-                                          std::stop_token stop = {});
+                                          std::stop_token stop = {},
+                                          HttpClient &client = HttpClient::shared());
 
 } // namespace tavelo

@@ -12,11 +12,11 @@ namespace tavelo {
 /// One entry of the user's list of search providers.
 struct ProviderConfig
 {
-    QUuid id;     // never changes
-    QString name; // shown, and the source that this provider's results name
+    QUuid id = {};     // never changes
+    QString name = {}; // shown, and the source that this provider's results name
     ProviderKind kind = ProviderKind::Orvella;
-    QString baseURL; // as typed; for Torznab the complete address of the endpoint
-    QString apiKey;  // empty: none; only Torznab sends it
+    QString baseURL = {}; // as typed; for Torznab the complete address of the endpoint
+    QString apiKey = {};  // empty: none; only Torznab sends it
     bool enabled = true;
 
     /// The entry that a user adds: as typed, enabled, under a new id.

@@ -29,7 +29,10 @@ QCoro::Task<TorrentResults> HttpSearchProvider::search(QString query, std::stop_
     const auto request = m_makeRequest(config(), query);
     if (!request)
         co_return request.error();
-    const auto body = co_await fetchData(*request, 15s, std::move(stop));
+    // A client of its own: the shared one asks six things of a host at a time, and one installation
+    // may hold many indexers. Deleted later, after the exchange that uses it.
+    const std::unique_ptr<HttpClient, QScopedPointerDeleteLater> client(new HttpClient);
+    const auto body = co_await fetchData(*request, 15s, std::move(stop), *client);
     if (!body)
         co_return body.error();
     auto parsed = runOnPool([parse, source, bytes = *body] { return parse(bytes, source); });

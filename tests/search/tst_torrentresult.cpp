@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "search/MergeResults.h"
+
+#include <QTest>
+
+using namespace tavelo;
+
+namespace {
+
+TorrentResult result(const QString &id, const QString &source, std::optional<qint64> seeders = {})
+{
+    TorrentResult made;
+    made.id = id;
+    made.title = id + " at " + source;
+    made.seeders = seeders;
+    made.sources = {source};
+    return made;
+}
+
+TorrentResult hashed(const QString &hash, const QString &source)
+{
+    TorrentResult made = result("guid of " + source, source);
+    made.infoHash = hash;
+    return made;
+}
+
+} // namespace
+
+class TestTorrentResult : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsQualityAndFormat_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("quality");
+        QTest::addColumn<QString>("format");
+        const QString none = u"\u2014"_qs;
+        QTest::newRow("plain") << "Film 2019 1080p BluRay x264"
+                               << "1080p" << none;
+        QTest::newRow("container") << "Film 2019 1080p BluRay [MKV]"
+                                   << "1080p"
+                                   << "mkv";
+        QTest::newRow("4K") << "Some.Film.4K.HDR.webm"
+                            << "2160p"
+                            << "webm";
+        QTest::newRow("inside a word") << "Bank4kids"
+                                       << "2160p" << none;
+        QTest::newRow("2160p") << "a 2160P b.M4V"
+                               << "2160p"
+                               << "m4v";
+        QTest::newRow("the first in order counts") << "720p and 1080p avi mp4"
+                                                   << "1080p"
+                                                   << "mp4";
+        QTest::newRow("480p") << "480p DVDRip"
+                              << "480p" << none;
+        QTest::newRow("SD") << "Old Film DVDRip XviD avi"
+                            << "SD"
+                            << "avi";
+        QTest::newRow("HD") << "Old Film BRRip mov"
+                            << "HD"
+                            << "mov";
+        QTest::newRow("720p before brrip") << "Old Film BRRip 720p ogv"
+                                           << "720p"
+                                           << "ogv";
+        QTest::newRow("nothing") << "" << none << none;
+    }
+    void tellsQualityAndFormat()
+    {
+        QFETCH(QString, title);
+        QFETCH(QString, format);
+        TorrentResult tested;
+        tested.title = title;
+        QTEST(tested.quality(), "quality");
+        QCOMPARE(tested.format(), format);
+        tested.archiveID = "item";
+        QCOMPARE(tested.format(), format == u"\u2014" ? "mp4" : format);
+    }
+
+    void sortsAbsentNumbersFirst()
+    {
+        TorrentResult none = result("a", "YTS");
+        none.sources = {"YTS", "ApiBay"};
+        TorrentResult zero = result("b", "x", 0);
+        zero.size = 0;
+        QVERIFY(none.sizeSort() < zero.sizeSort());
+        QVERIFY(none.seedersSort() < zero.seedersSort());
+        QVERIFY(none.leechersSort() < 0);
+        QCOMPARE(none.sourceSort(), "ApiBay, YTS");
+    }
+
+    void mergesByHashOrId()
+    {
+        TorrentResult first = hashed("ABC", "Y");
+        TorrentResult second = hashed("abc", "A");
+        second.magnet = "magnet:?second";
+        second.size = 5;
+        second.year = "1999";
+        second.seeders = 7;
+        TorrentResult third = hashed("aBc", "Y");
+        third.magnet = "magnet:?third";
+        third.pageURL = QUrl("http://p");
+        third.torrentURL = QUrl("http://t");
+        third.seeders = 3;
+        third.leechers = 0;
+        // The same text as id and as hash is one key.
+        const auto merged = mergeResults({result("z", "1"), first, second, result("z", "2"), third,
+                                          result("abc", "0"), hashed("other", "1")});
+        QCOMPARE(merged.size(), 3);
+        TorrentResult expected = first;
+        expected.sources = {"0", "A", "Y"};
+        expected.seeders = 7;
+        expected.leechers = 0;
+        expected.size = 5;
+        expected.magnet = "magnet:?second";
+        expected.torrentURL = QUrl("http://t");
+        expected.pageURL = QUrl("http://p");
+        QCOMPARE(merged.at(0).sources, QStringList({"1", "2"}));
+        QVERIFY(merged.at(1) == expected);
+        QCOMPARE(merged.at(2).infoHash, "other");
+        QVERIFY(mergeResults(merged) == merged);
+        QVERIFY(mergeResults({}).isEmpty());
+    }
+
+    void leavesALoneResultAsItIs()
+    {
+        TorrentResult odd = result("a", "Y");
+        odd.sources = {"Y", "A", "Y"};
+        QVERIFY(mergeResults({odd}) == QList<TorrentResult>{odd});
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTorrentResult)
+#include "tst_torrentresult.moc"
