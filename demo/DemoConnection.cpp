@@ -22,6 +22,7 @@ DemoConnection::DemoConnection(QTcpSocket *socket, const DemoRoutes &routes, Dem
     , m_controls(controls)
 {
     socket->setParent(this);
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     m_pause.setSingleShot(true);
     m_pause.setTimerType(Qt::PreciseTimer);
     connect(&m_pause, &QTimer::timeout, this, &DemoConnection::send);
