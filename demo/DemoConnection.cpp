@@ -57,6 +57,12 @@ void DemoConnection::reply()
     m_reply = faults.status != 0
                   ? DemoReply::text(faults.status, "A fault of the demo.", "text/plain")
                   : m_routes.answer(m_request);
+    QTimer::singleShot(m_reply.latency, this, &DemoConnection::sendHead);
+}
+
+void DemoConnection::sendHead()
+{
+    const DemoFaults faults = m_controls.faultsFor(m_request.target);
     m_left = m_request.method == "HEAD" || m_reply.status == 304 ? 0 : m_reply.length();
     const bool drops = faults.dropAfter >= 0 && faults.dropAfter < m_left;
     // What a refused method sent along is not worth reading.

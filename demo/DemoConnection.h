@@ -24,6 +24,7 @@ public:
 private:
     void readRequest();
     void reply();
+    void sendHead();
     void send();
     qint64 allowance();
     void bodySent();

@@ -59,6 +59,14 @@ DemoReply DemoReply::text(int status, const QByteArray &body, const QByteArray &
     return reply;
 }
 
+DemoReply DemoReply::page(const QString &title, const QString &body)
+{
+    const QString page =
+        QStringLiteral("<!doctype html><html><head><meta charset=\"utf-8\"><title>%1</title></head>"
+                       "<body><h1 dir=\"auto\">%1</h1>%2</body></html>");
+    return text(200, page.arg(title.toHtmlEscaped(), body).toUtf8(), "text/html; charset=utf-8");
+}
+
 DemoReply DemoReply::ofFile(const QString &path, const DemoRequest &request)
 {
     auto file = std::make_shared<QFile>(path);

@@ -34,4 +34,14 @@ QUrlQuery DemoRequest::query() const
     return QUrlQuery(QString::fromUtf8(target.sliced(start + 1).replace('+', "%20")));
 }
 
+QString DemoRequest::queryValue(const char *name) const
+{
+    return query().queryItemValue(QLatin1String(name), QUrl::FullyDecoded);
+}
+
+QString DemoRequest::base() const
+{
+    return QStringLiteral("http://") + QString::fromLatin1(headers.value("host"));
+}
+
 } // namespace tavelo

@@ -23,6 +23,10 @@ struct DemoRequest
     QString path() const;
     /// As HTML forms are read: "+" is a space.
     QUrlQuery query() const;
+    /// The first of that name, decoded.
+    QString queryValue(const char *name) const;
+    /// Scheme, host and port as the client knows them; it must have sent them.
+    QString base() const;
 };
 
 } // namespace tavelo

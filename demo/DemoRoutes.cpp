@@ -31,7 +31,7 @@ DemoReply DemoRoutes::answer(const DemoRequest &request) const
         if (path.startsWith(route.prefix))
             return (this->*route.answer)(request, path.sliced(route.prefix.size()));
     }
-    return DemoReply::notFound();
+    return m_torrents.answer(request);
 }
 
 DemoReply DemoRoutes::search(const DemoRequest &request, const QString &rest) const
@@ -64,13 +64,10 @@ DemoReply DemoRoutes::page(const DemoRequest &, const QString &rest) const
     const auto title = m_catalogue.title(rest);
     if (!title)
         return DemoReply::notFound();
-    const QString page =
-        QStringLiteral("<!doctype html><html><head><meta charset=\"utf-8\"><title>%1</title></head>"
-                       "<body><h1 dir=\"auto\">%1</h1><img src=\"/services/img/%2\" alt=\"\">"
-                       "<p>An item's page in the demo.</p></body></html>");
     const QString id = QString::fromLatin1(rest.toUtf8().toPercentEncoding());
-    return DemoReply::text(200, page.arg(title->toHtmlEscaped(), id).toUtf8(),
-                           "text/html; charset=utf-8");
+    return DemoReply::page(*title, QStringLiteral("<img src=\"/services/img/%1\" alt=\"\">"
+                                                  "<p>An item's page in the demo.</p>")
+                                       .arg(id));
 }
 
 } // namespace tavelo

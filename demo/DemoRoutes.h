@@ -5,6 +5,7 @@
 #include "DemoCatalogue.h"
 #include "DemoReply.h"
 #include "DemoRequest.h"
+#include "TorrentRoutes.h"
 
 namespace tavelo {
 
@@ -25,6 +26,7 @@ private:
     DemoReply page(const DemoRequest &request, const QString &rest) const;
 
     DemoCatalogue m_catalogue;
+    TorrentRoutes m_torrents;
 };
 
 } // namespace tavelo

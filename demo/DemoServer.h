@@ -11,6 +11,8 @@
 namespace tavelo {
 
 /// A film service on 127.0.0.1, on a thread of its own: search, metadata, films, posters, pages.
+/// At the same address are the torrent search services: ApiBay, YTS, and the Torznab indexers
+/// /torznab/reel/api, /torznab/slow/api (late) and /torznab/broken/api, whose key is "demo-key".
 class DemoServer
 {
 public:
