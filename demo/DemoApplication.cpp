@@ -20,6 +20,8 @@ bool DemoApplication::startServices()
         return false;
     ServiceHosts hosts;
     hosts.archive = m_services.baseUrl();
+    hosts.apibay = m_services.baseUrl();
+    hosts.yts = m_services.baseUrl();
     ServiceHosts::replace(hosts);
     return true;
 }

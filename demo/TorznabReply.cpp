@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "TorznabReply.h"
 
-#include "TorznabItem.h"
+#include "DemoTorznabItem.h"
 
 namespace tavelo {
 
@@ -36,13 +36,13 @@ DemoReply channel(const QString &indexer, const QString &base, const QList<DemoT
     xml.writeStartElement(QStringLiteral("rss"));
     xml.writeAttribute(QStringLiteral("version"), QStringLiteral("2.0"));
     xml.writeNamespace(QStringLiteral("http://www.w3.org/2005/Atom"), QStringLiteral("atom"));
-    xml.writeNamespace(TorznabItem::attributeSpace(), QStringLiteral("torznab"));
+    xml.writeNamespace(DemoTorznabItem::attributeSpace(), QStringLiteral("torznab"));
     xml.writeStartElement(QStringLiteral("channel"));
     xml.writeTextElement(QStringLiteral("title"), indexer);
     xml.writeTextElement(QStringLiteral("link"), base);
     xml.writeTextElement(QStringLiteral("language"), QStringLiteral("en-gb"));
     for (const DemoTorrent &torrent : found)
-        TorznabItem(torrent, indexer, base).write(xml);
+        DemoTorznabItem(torrent, indexer, base).write(xml);
     xml.writeEndDocument();
     return document(text);
 }

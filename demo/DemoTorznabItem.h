@@ -9,11 +9,11 @@
 namespace tavelo {
 
 /// One item of a Torznab answer, in the form that the indexer's listing asks for.
-class TorznabItem
+class DemoTorznabItem
 {
 public:
     /// `torrent` must outlive this. `base` is the services' address.
-    TorznabItem(const DemoTorrent &torrent, const QString &indexer, const QString &base);
+    DemoTorznabItem(const DemoTorrent &torrent, const QString &indexer, const QString &base);
 
     void write(QXmlStreamWriter &xml) const;
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "TorznabItem.h"
+#include "DemoTorznabItem.h"
 
 #include <QDateTime>
 #include <QUrl>
@@ -11,7 +11,7 @@ namespace {
 
 void writeAttribute(QXmlStreamWriter &xml, const char *name, const QString &value)
 {
-    xml.writeEmptyElement(TorznabItem::attributeSpace(), QStringLiteral("attr"));
+    xml.writeEmptyElement(DemoTorznabItem::attributeSpace(), QStringLiteral("attr"));
     xml.writeAttribute(QStringLiteral("name"), QLatin1String(name));
     xml.writeAttribute(QStringLiteral("value"), value);
 }
@@ -33,7 +33,8 @@ QByteArray base32(const QByteArray &bytes)
 
 } // namespace
 
-TorznabItem::TorznabItem(const DemoTorrent &torrent, const QString &indexer, const QString &base)
+DemoTorznabItem::DemoTorznabItem(const DemoTorrent &torrent, const QString &indexer,
+                                 const QString &base)
     : m_torrent(torrent)
     , m_listing(torrent.on(indexer))
     , m_handle(m_listing[QLatin1String("handle")].toString())
@@ -41,12 +42,12 @@ TorznabItem::TorznabItem(const DemoTorrent &torrent, const QString &indexer, con
     , m_base(base)
 {}
 
-QString TorznabItem::attributeSpace()
+QString DemoTorznabItem::attributeSpace()
 {
     return QStringLiteral("http://torznab.com/schemas/2015/feed");
 }
 
-void TorznabItem::write(QXmlStreamWriter &xml) const
+void DemoTorznabItem::write(QXmlStreamWriter &xml) const
 {
     const QDateTime date = QDateTime::fromSecsSinceEpoch(m_torrent.content.created, Qt::UTC);
     xml.writeStartElement(QStringLiteral("item"));
@@ -63,7 +64,7 @@ void TorznabItem::write(QXmlStreamWriter &xml) const
     xml.writeEndElement();
 }
 
-void TorznabItem::writeAddresses(QXmlStreamWriter &xml) const
+void DemoTorznabItem::writeAddresses(QXmlStreamWriter &xml) const
 {
     const QString file = m_base + m_torrent.filePath();
     const QString page = m_base + m_torrent.pagePath();
@@ -83,7 +84,7 @@ void TorznabItem::writeAddresses(QXmlStreamWriter &xml) const
         writeEnclosure(xml, magnet(m_torrent.metainfo.infoHash.toUpper()));
 }
 
-void TorznabItem::writeEnclosure(QXmlStreamWriter &xml, const QString &address) const
+void DemoTorznabItem::writeEnclosure(QXmlStreamWriter &xml, const QString &address) const
 {
     xml.writeEmptyElement(QStringLiteral("enclosure"));
     xml.writeAttribute(QStringLiteral("url"), address);
@@ -94,7 +95,7 @@ void TorznabItem::writeEnclosure(QXmlStreamWriter &xml, const QString &address) 
     xml.writeAttribute(QStringLiteral("type"), QStringLiteral("application/x-bittorrent"));
 }
 
-void TorznabItem::writeAttributes(QXmlStreamWriter &xml) const
+void DemoTorznabItem::writeAttributes(QXmlStreamWriter &xml) const
 {
     const QByteArray &hash = m_torrent.metainfo.infoHash;
     writeAttribute(xml, "category", QStringLiteral("2000"));
@@ -115,7 +116,7 @@ void TorznabItem::writeAttributes(QXmlStreamWriter &xml) const
         writeAttribute(xml, "magneturl", magnet(base32(QByteArray::fromHex(hash))));
 }
 
-QString TorznabItem::magnet(const QByteArray &hash) const
+QString DemoTorznabItem::magnet(const QByteArray &hash) const
 {
     QByteArray magnet =
         "magnet:?xt=urn:btih:" + hash + "&dn=" + m_torrent.name.toUtf8().toPercentEncoding();
