@@ -1,9 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "FuzzInput.h"
 #include "catalogue/ArchiveParser.h"
-
-#include <cstdint>
-#include <cstdlib>
 
 using namespace tavelo;
 
@@ -19,8 +17,7 @@ bool isSound(const ArchiveFile &file)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const auto body =
-        QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
+    const QByteArray body = fuzzInput(data, size);
     const auto details = ArchiveParser::parseDetails(body, QStringLiteral("an item"));
     if (!details)
         return 0;
