@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "Seconds.h"
 #include "catalogue/ArchiveParser.h"
 
 #include <QJsonDocument>
 
 #include <benchmark/benchmark.h>
-
-#include <chrono>
 
 using namespace tavelo;
 
@@ -29,14 +28,6 @@ QByteArray pageOf(int count)
                      R"(</p>"})";
     }
     return R"({"response":{"numFound":1,"start":0,"docs":[)" + documents + "]}}";
-}
-
-template <typename Work>
-double secondsOf(Work work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    benchmark::DoNotOptimize(work());
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 // Turn by turn with the JSON parser alone on the same bytes, so that both meet the same machine.
