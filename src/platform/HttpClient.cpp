@@ -3,10 +3,14 @@
 #include "platform/HttpClient.h"
 
 #include "platform/HttpExchange.h"
+#include "platform/NetworkThread.h"
+#include "platform/ResponseCache.h"
 #include "platform/UserAgent.h"
 
 #include <QCoreApplication>
-#include <QCoroSignal>
+#include <QCoroFuture>
+#include <QPointer>
+#include <QPromise>
 
 namespace tavelo {
 
@@ -20,8 +24,15 @@ HttpClient &HttpClient::shared()
 
 HttpClient::HttpClient(QObject *parent)
     : QObject(parent)
+    , m_network(new QNetworkAccessManager)
 {
-    m_network.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
+    m_network->setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
+    m_network->moveToThread(&NetworkThread::shared());
+}
+
+HttpClient::~HttpClient()
+{
+    m_network->deleteLater();
 }
 
 QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::milliseconds timeout,
@@ -29,11 +40,42 @@ QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::millise
 {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", userAgent());
-    // Deleted later, not here: this flow may go on from inside the exchange's own signal.
-    const std::unique_ptr<HttpExchange, QScopedPointerDeleteLater> exchange(
-        new HttpExchange(m_network.get(request), timeout, std::move(stop)));
-    co_await qCoro(exchange.get(), &HttpExchange::finished);
-    co_return exchange->takeResult();
+    const auto promise = std::make_shared<QPromise<Result<HttpResponse>>>();
+    promise->start();
+    QMetaObject::invokeMethod(m_network, [network = m_network, request, timeout, stop, promise] {
+        auto *exchange = new HttpExchange(network->get(request), timeout, stop);
+        QObject::connect(exchange, &HttpExchange::finished, exchange, [exchange, promise] {
+            promise->addResult(exchange->takeResult());
+            promise->finish();
+            exchange->deleteLater();
+        });
+    });
+    const auto response = promise->future();
+    co_return co_await response;
+}
+
+void HttpClient::setCacheFolder(const QString &folder)
+{
+    if (!m_cache) {
+        m_cache = new ResponseCache;
+        m_cache->moveToThread(m_network->thread());
+        QMetaObject::invokeMethod(m_network, [network = m_network, cache = m_cache] {
+            network->setCache(cache); // owns it
+        });
+    }
+    QMetaObject::invokeMethod(m_cache, [cache = m_cache, folder] { cache->setFolder(folder); });
+}
+
+QFuture<void> HttpClient::clearCache()
+{
+    const auto promise = std::make_shared<QPromise<void>>();
+    promise->start();
+    QMetaObject::invokeMethod(m_network, [cache = m_cache, promise] {
+        if (cache)
+            cache->clear();
+        promise->finish();
+    });
+    return promise->future();
 }
 
 } // namespace tavelo

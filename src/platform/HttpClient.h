@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QCoroTask>
+#include <QFuture>
 #include <QNetworkAccessManager>
 #include <QObject>
 #include <QUrl>
@@ -21,7 +22,10 @@ struct HttpResponse
     int status = 0; // 0: the address was not an HTTP one (a file)
 };
 
-/// The HTTP client of the process. Lives on the main thread and is used from there only.
+class ResponseCache;
+
+/// A set of connections to HTTP services. Used from the main thread only; its requests run on the
+/// network thread.
 class HttpClient : public QObject
 {
     Q_OBJECT
@@ -30,10 +34,11 @@ public:
     /// A larger body is refused with ErrorKind::TooLarge.
     static constexpr qint64 maxBodyBytes = 64LL * 1024 * 1024;
 
-    /// Created on first use; ends with the application object.
+    /// The client of the process. Created on first use; ends with the application object.
     static HttpClient &shared();
 
     explicit HttpClient(QObject *parent = nullptr);
+    ~HttpClient() override;
 
     /// One GET. Redirects are followed, never from https to http. Any final status is a response,
     /// also 404. Errors: TimedOut when the whole exchange has not ended after `timeout`, Cancelled
@@ -41,8 +46,15 @@ public:
     QCoro::Task<Result<HttpResponse>> get(QUrl url, std::chrono::milliseconds timeout,
                                           std::stop_token stop = {});
 
+    /// From now on responses are kept in memory and in `folder`, as long as HTTP allows (RFC 9111).
+    /// The folder is created; in one that cannot be, nothing is kept.
+    void setCacheFolder(const QString &folder);
+    /// Forgets all kept responses. Ends when their files are gone.
+    QFuture<void> clearCache();
+
 private:
-    QNetworkAccessManager m_network;
+    QNetworkAccessManager *m_network; // on the network thread
+    ResponseCache *m_cache = nullptr; // there, too
 };
 
 } // namespace tavelo

@@ -22,7 +22,10 @@ auto runOnPool(Work work)
     const auto promise = std::make_shared<QPromise<Value>>();
     promise->start();
     QThreadPool::globalInstance()->start([promise, work = std::move(work)] {
-        promise->addResult(work());
+        if constexpr (std::is_void_v<Value>)
+            work();
+        else
+            promise->addResult(work());
         promise->finish();
     });
     return promise->future();

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDateTime>
+#include <QList>
+#include <QMetaType>
+
+#include <optional>
+
+namespace tavelo {
+
+/// One film of the watch history.
+struct HistoryEntry
+{
+    Q_GADGET
+    Q_PROPERTY(QString key MEMBER key)
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(bool isLocal MEMBER isLocal)
+    Q_PROPERTY(double position MEMBER position)
+    Q_PROPERTY(double duration MEMBER duration)
+    Q_PROPERTY(QDateTime lastPlayed MEMBER lastPlayed)
+
+public:
+    QString key;    // what was played; one entry a key
+    QString itemID; // the catalogue's identifier; "local" for a file of the downloads folder
+    QString title;
+    QString source; // a path when local, else an address
+    bool isLocal = false;
+    std::optional<QString> thumbnail; // address of a picture
+    double position = 0;              // seconds, as last reported
+    double duration = 0;              // seconds; 0: not known
+    QDateTime lastPlayed;             // when it was last recorded, UTC
+
+    bool operator==(const HistoryEntry &) const = default;
+};
+
+/// The history file's content (RFC 8259): a compact array of objects with the fields' names as
+/// keys, dates as seconds since 2001-01-01 UTC, and no "thumbnail" where there is none. Absent when
+/// a number is not finite, which JSON cannot say.
+std::optional<QByteArray> toJson(const QList<HistoryEntry> &history);
+/// Absent when any entry lacks a key, but "thumbnail", or holds what is no value for it.
+std::optional<QList<HistoryEntry>> historyFromJson(const QByteArray &json);
+
+} // namespace tavelo

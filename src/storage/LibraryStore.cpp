@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "storage/LibraryStore.h"
+
+#include "platform/FileContent.h"
+#include "storage/SettingsStore.h"
+
+#include <algorithm>
+
+namespace tavelo {
+
+namespace {
+
+constexpr qint64 maxFileBytes = 64LL * 1024 * 1024;
+
+auto hasKey(const QString &key)
+{
+    return [normal = key.normalized(QString::NormalizationForm_C)](const HistoryEntry &entry) {
+        return entry.key.normalized(QString::NormalizationForm_C) == normal;
+    };
+}
+
+bool isUnderway(const HistoryEntry &entry)
+{
+    return entry.position > 10 && (entry.duration <= 0 || entry.position < 0.95 * entry.duration);
+}
+
+} // namespace
+
+LibraryStore::LibraryStore(QObject *parent)
+    : QObject(parent)
+    , m_file(SettingsStore::appSupport() + QLatin1String("/history.json"))
+    , m_history(
+          historyFromJson(FileContent::read(m_file, maxFileBytes)).value_or(QList<HistoryEntry>()))
+{}
+
+QList<HistoryEntry> LibraryStore::continueWatching() const
+{
+    QList<HistoryEntry> underway;
+    std::ranges::copy_if(m_history, std::back_inserter(underway), isUnderway);
+    return underway;
+}
+
+std::optional<HistoryEntry> LibraryStore::entryFor(const QString &key) const
+{
+    const auto found = std::ranges::find_if(m_history, hasKey(key));
+    return found == m_history.end() ? std::nullopt : std::optional(*found);
+}
+
+void LibraryStore::record(const HistoryEntry &entry)
+{
+    QList<HistoryEntry> history = m_history;
+    history.removeIf(hasKey(entry.key));
+    history.prepend(entry);
+    if (history.size() > maxEntries)
+        history.resize(maxEntries);
+    setHistory(history);
+}
+
+void LibraryStore::updateProgress(const QString &key, double position, double duration)
+{
+    QList<HistoryEntry> history = m_history;
+    const auto found = std::ranges::find_if(history, hasKey(key));
+    if (found == history.end())
+        return;
+    found->position = position;
+    if (duration > 0)
+        found->duration = duration;
+    setHistory(history);
+}
+
+void LibraryStore::remove(const QString &key)
+{
+    QList<HistoryEntry> history = m_history;
+    history.removeIf(hasKey(key));
+    setHistory(history);
+}
+
+void LibraryStore::clear()
+{
+    setHistory({});
+}
+
+void LibraryStore::setHistory(const QList<HistoryEntry> &history)
+{
+    m_history = history;
+    if (const auto json = toJson(history))
+        FileContent::replace(m_file, *json);
+    Q_EMIT historyChanged();
+}
+
+} // namespace tavelo

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "storage/HistoryEntry.h"
+
+#include <QObject>
+
+namespace tavelo {
+
+/// The watch history, latest first, and its file. Every change is in the file before the call ends;
+/// a failure to write is silent, and the next change writes all. Keys are equal when they are
+/// canonically equivalent (Unicode, 3.7). Main thread only.
+class LibraryStore : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QList<tavelo::HistoryEntry> history READ history NOTIFY historyChanged)
+    Q_PROPERTY(
+        QList<tavelo::HistoryEntry> continueWatching READ continueWatching NOTIFY historyChanged)
+
+public:
+    static constexpr qsizetype maxEntries = 200;
+
+    /// Reads the file. One that is missing or not whole reads as an empty history.
+    explicit LibraryStore(QObject *parent = nullptr);
+
+    QList<HistoryEntry> history() const { return m_history; }
+    /// What is neither just begun nor nearly done, in order.
+    QList<HistoryEntry> continueWatching() const;
+    std::optional<HistoryEntry> entryFor(const QString &key) const;
+
+    /// Puts `entry` first, as it is, in place of any of its key; the oldest past maxEntries go.
+    void record(const HistoryEntry &entry);
+    /// In seconds; a duration that is not above 0 leaves the known one. The entry keeps its place.
+    /// Without an entry of that key nothing happens.
+    void updateProgress(const QString &key, double position, double duration);
+    Q_INVOKABLE void remove(const QString &key);
+    Q_INVOKABLE void clear();
+
+Q_SIGNALS:
+    void historyChanged();
+
+private:
+    void setHistory(const QList<HistoryEntry> &history);
+
+    const QString m_file;
+    QList<HistoryEntry> m_history;
+};
+
+} // namespace tavelo
