@@ -67,7 +67,7 @@ private Q_SLOTS:
             writer.start(QCoreApplication::applicationFilePath(),
                          {"--write", StandardFolders::support()});
             QVERIFY(writer.waitForReadyRead());
-            QThread::usleep(random.bounded(8000u));
+            QThread::usleep(random.bounded(20'000u));
             writer.kill();
             QVERIFY(writer.waitForFinished());
             const SettingsStore settings;
@@ -76,7 +76,7 @@ private Q_SLOTS:
             QVERIFY(settings.cacheLimitMB() >= 1);
             written = qMax(written, settings.cacheLimitMB());
         }
-        QVERIFY(written > 200); // they did write
+        QVERIFY(written >= 200); // they did write
     }
 };
 
