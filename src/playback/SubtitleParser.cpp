@@ -1,0 +1,129 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "playback/SubtitleParser.h"
+
+#include "catalogue/Text.h"
+
+#include <QStringTokenizer>
+#include <QVarLengthArray>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace tavelo::SubtitleParser {
+
+namespace {
+
+constexpr QLatin1String arrow("-->");
+
+bool isDigitOrPoint(char c)
+{
+    return (c >= '0' && c <= '9') || c == '.';
+}
+
+// A decimal number and nothing else, as strtod reads it in the C locale.
+std::optional<double> number(QStringView text)
+{
+    QVarLengthArray<char, 32> ascii;
+    for (const QChar c : text)
+        ascii.append(c.unicode() == u',' ? '.' : c.unicode() < 0x80 ? char(c.unicode()) : '?');
+    const char *start = ascii.begin();
+    const char *const end = ascii.end();
+    // from_chars knows no plus sign.
+    if (end - start > 1 && *start == '+' && isDigitOrPoint(start[1]))
+        ++start;
+    double value = 0;
+    const auto [stop, error] = std::from_chars(start, end, value);
+    return error == std::errc() && stop == end && std::isfinite(value) ? std::optional(value)
+                                                                       : std::nullopt;
+}
+
+QString withoutTags(const QString &text)
+{
+    QString plain;
+    qsizetype at = 0;
+    for (qsizetype open = text.indexOf(u'<'); open >= 0; open = text.indexOf(u'<', at)) {
+        const qsizetype close = text.indexOf(u'>', open);
+        if (close < 0)
+            break;
+        // An empty pair is no tag.
+        const bool isTag = close > open + 1;
+        plain += QStringView(text).sliced(at, (isTag ? open : close + 1) - at);
+        at = close + 1;
+    }
+    plain += QStringView(text).sliced(at);
+    return plain;
+}
+
+struct Timing
+{
+    double start = 0;
+    double end = 0;
+};
+
+std::optional<Timing> timingIn(QStringView line)
+{
+    const qsizetype at = line.indexOf(arrow);
+    const QStringView after = line.sliced(at + arrow.size());
+    if (after.contains(arrow))
+        return {};
+    const QString settings = Text::trimmedOfBlanks(after);
+    const qsizetype space = settings.indexOf(u' ');
+    const auto start = parseTime(line.first(at));
+    const auto end = parseTime(QStringView(settings).first(space < 0 ? settings.size() : space));
+    return start && end ? std::optional(Timing{*start, *end}) : std::nullopt;
+}
+
+std::optional<SubtitleCue> cueIn(QStringView block)
+{
+    const qsizetype at = block.indexOf(arrow);
+    if (at < 0)
+        return {};
+    const qsizetype lineStart = block.first(at).lastIndexOf(u'\n') + 1;
+    const qsizetype nextBreak = block.indexOf(u'\n', at);
+    const qsizetype lineEnd = nextBreak < 0 ? block.size() : nextBreak;
+    const auto timing = timingIn(block.sliced(lineStart, lineEnd - lineStart));
+    if (!timing)
+        return {};
+    const QString text = withoutTags(block.sliced(lineEnd).toString()).trimmed();
+    return text.isEmpty() ? std::nullopt
+                          : std::optional(SubtitleCue{timing->start, timing->end, text});
+}
+
+} // namespace
+
+QList<SubtitleCue> parse(QString text)
+{
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.remove(QChar(QChar::ByteOrderMark));
+    QList<SubtitleCue> cues;
+    for (const QStringView block : QStringTokenizer(text, u"\n\n")) {
+        if (const auto cue = cueIn(block))
+            cues.append(*cue);
+    }
+    return cues;
+}
+
+std::optional<double> parseTime(QStringView text)
+{
+    const QString trimmed = Text::trimmedOfBlanks(text);
+    std::array<double, 3> pieces{};
+    size_t count = 0;
+    for (const QStringView piece : QStringTokenizer(trimmed, u':', Qt::SkipEmptyParts)) {
+        const auto value = number(piece);
+        if (!value || count == pieces.size())
+            return {};
+        pieces[count++] = *value;
+    }
+    if (count < 2)
+        return {};
+    return count == 2 ? pieces[0] * 60 + pieces[1] : pieces[0] * 3600 + pieces[1] * 60 + pieces[2];
+}
+
+QString decoded(const QByteArray &file)
+{
+    return QByteArrayView(file).isValidUtf8() ? QString::fromUtf8(file) : QString::fromLatin1(file);
+}
+
+} // namespace tavelo::SubtitleParser
