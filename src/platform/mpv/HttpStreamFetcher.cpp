@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/mpv/HttpStreamFetcher.h"
 
+#include "platform/ContentRange.h"
 #include "platform/UserAgent.h"
 #include "platform/mpv/HttpStream.h"
 
 #include <QCoreApplication>
-#include <QRegularExpression>
 #include <QThread>
 
 #include <algorithm>
@@ -119,16 +119,6 @@ void HttpStreamFetcher::request()
         m_silence.start();
 }
 
-/// RFC 9110, 14.4: `Content-Range: bytes first-last/complete`.
-bool HttpStreamFetcher::accept206(qint64 &total) const
-{
-    static const QRegularExpression form(
-        QStringLiteral("^bytes +([0-9]{1,18})-([0-9]{1,18})/([0-9]{1,18})$"));
-    const auto match = form.match(QString::fromLatin1(m_reply->rawHeader("Content-Range")));
-    total = match.captured(3).toLongLong();
-    return match.hasMatch() && match.captured(1).toLongLong() == m_offset;
-}
-
 void HttpStreamFetcher::headersArrived()
 {
     const auto stream = m_stream.lock();
@@ -142,10 +132,11 @@ void HttpStreamFetcher::headersArrived()
     if (status < 200 || status > 299)
         return permanentFailure(QStringLiteral("HTTP %1").arg(status));
     std::optional<qint64> size;
-    if (qint64 total = 0; status == 206) {
-        if (!accept206(total))
+    if (status == 206) {
+        const auto range = ContentRange::parse(m_reply->rawHeader("Content-Range"));
+        if (!range || range->first != m_offset)
             return permanentFailure(tr("The server sent the wrong part of the film."));
-        size = total;
+        size = range->total;
     } else {
         m_skip = m_offset;
         const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);

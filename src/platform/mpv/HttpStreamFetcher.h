@@ -47,7 +47,6 @@ private:
     void replyFinished();
     void retry();
     void permanentFailure(const QString &text);
-    bool accept206(qint64 &total) const;
 
     QUrl m_url;
     std::weak_ptr<HttpStream> m_stream;
