@@ -14,9 +14,9 @@ enum class ErrorKind {
     Http,
     BadUrl,
     Empty,
-    Storage,   // a file or folder on this machine: full, gone, not writable
     Malformed, // an answer or a file that cannot be read as what it should be
     Service,   // the service itself says why it did not answer
+    Storage,   // a file or folder on this machine: full, gone, not writable
 };
 
 /// A failure as a value.
