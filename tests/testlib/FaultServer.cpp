@@ -15,11 +15,13 @@ namespace tavelo {
 namespace {
 
 using Answer = FaultServer::Answer;
+using Framing = FaultServer::Framing;
 using Request = FaultServer::Request;
 
 /// On a socket that has brought its request.
 constexpr const char *hasAsked = "hasAsked";
 
+constexpr const char *lastChunk = "0\r\n\r\n";
 constexpr qint64 chunkBytes = 64 * 1024;
 constexpr qint64 mostBuffered = 4 * chunkBytes;
 
@@ -43,13 +45,18 @@ struct ByteRange
     bool satisfiable() const { return first <= last; }
 };
 
+bool meets(const QByteArray &condition, const Answer &answer)
+{
+    return condition.isEmpty() || condition == answer.etag ||
+           answer.headers.contains({QByteArrayLiteral("Last-Modified"), condition});
+}
+
 // The one range that is asked for; absent when the whole body is to be sent.
 std::optional<ByteRange> rangeFor(const Request &request, const Answer &answer)
 {
     const QByteArray text = request.headers.value("range");
-    const QByteArray condition = request.headers.value("if-range");
     if (answer.status != 200 || !answer.ranges || !text.startsWith("bytes=") ||
-        (!condition.isEmpty() && condition != answer.etag))
+        !meets(request.headers.value("if-range"), answer))
         return {};
     const QList<QByteArray> ends = text.sliced(6).split('-');
     const qint64 size = answer.body.size();
@@ -85,8 +92,11 @@ void applyRange(const Request &request, Answer &answer)
 QByteArray headOf(const Answer &answer)
 {
     QByteArray head =
-        "HTTP/1.1 " + QByteArray::number(answer.status) + " Scripted\r\n" +
-        "Connection: close\r\nContent-Length: " + QByteArray::number(answer.body.size()) + "\r\n";
+        "HTTP/1.1 " + QByteArray::number(answer.status) + " Scripted\r\nConnection: close\r\n";
+    if (answer.framing == Framing::Length)
+        head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n";
+    if (answer.framing == Framing::Chunked)
+        head += "Transfer-Encoding: chunked\r\n";
     if (answer.ranges)
         head += "Accept-Ranges: bytes\r\n";
     if (!answer.etag.isEmpty())
@@ -139,6 +149,8 @@ private:
         if (m_answer->bytesPerSecond > 0)
             m_tick.start(10);
         m_socket->write(headOf(*m_answer));
+        if (size == 0 && m_answer->framing == Framing::Chunked)
+            m_socket->write(lastChunk);
         pump();
     }
 
@@ -151,10 +163,23 @@ private:
             if (count <= 0)
                 return;
             m_sent += count; // before the write, which may come back here
-            m_socket->write(m_answer->body.constData() + m_sent - count, count);
+            writeBlock(m_answer->body.sliced(m_sent - count, count));
         }
         if (m_sent == m_end && !m_answer->silentAfter)
             hangUp();
+    }
+
+    void writeBlock(const QByteArray &bytes)
+    {
+        if (m_answer->framing != Framing::Chunked)
+            return static_cast<void>(m_socket->write(bytes));
+        const bool cut = m_answer->cutAfter && m_sent == m_end;
+        const bool inside =
+            cut && m_sent < m_answer->body.size(); // a chunk that lacks its last byte
+        m_socket->write(QByteArray::number(bytes.size() + inside, 16) + "\r\n" + bytes +
+                        (inside ? "" : "\r\n"));
+        if (m_sent == m_answer->body.size() && !cut)
+            m_socket->write(lastChunk);
     }
 
     qint64 allowance() const
@@ -246,7 +271,10 @@ FaultServer::Answer FaultServer::answerTo(const Request &request)
 {
     m_requests.append(request);
     ++m_openRequests;
+    Q_EMIT requested();
     const QByteArray path = request.target.split('?').first();
+    if (request.headers.contains("range") && m_rangeAnswers.contains(path))
+        return m_rangeAnswers[path];
     return m_answers.value(path, Answer{.body = "not here", .status = 404});
 }
 

@@ -31,6 +31,9 @@ public:
         QHash<QByteArray, QByteArray> headers; // names in lower case
     };
 
+    /// How the end of a body is told.
+    enum class Framing { Length, Chunked, Close };
+
     /// What a path answers. Byte counts are places in the whole body, also where a range is sent.
     struct Answer
     {
@@ -38,7 +41,8 @@ public:
         int status = 200;
         Headers headers = {};
         QByteArray etag = {};
-        bool ranges = false;                    // Range and If-Range are understood
+        Framing framing = Framing::Length;
+        bool ranges = false;                    // Range and If-Range (tag or date) are understood
         bool silent = false;                    // the request is taken and never answered
         std::chrono::milliseconds delay{0};     // before the first byte
         qint64 bytesPerSecond = 0;              // 0: as fast as it goes
@@ -55,6 +59,11 @@ public:
 
     /// What requests for `path` (encoded, without its query) get from now on; others get a 404.
     void serve(const QByteArray &path, Answer answer) { m_answers[path] = std::move(answer); }
+    /// What those of them get instead that ask for a range.
+    void serveRange(const QByteArray &path, Answer answer)
+    {
+        m_rangeAnswers[path] = std::move(answer);
+    }
     void redirect(const QByteArray &path, const QByteArray &location, int status = 301);
     /// To change a thing or two about what is served; must be served already.
     Answer &at(const QByteArray &path);
@@ -68,6 +77,9 @@ public:
     /// Requests whose connection is still there. A client may hold idle ones besides.
     int openRequests() const { return m_openRequests; }
 
+Q_SIGNALS:
+    void requested(); // before the answer is looked up
+
 private:
     class Connection;
 
@@ -76,6 +88,7 @@ private:
     quint16 m_port = 0;
     std::unique_ptr<QTcpSocket> m_keepsPort;
     QHash<QByteArray, Answer> m_answers;
+    QHash<QByteArray, Answer> m_rangeAnswers;
     QList<Request> m_requests;
     int m_openRequests = 0;
     QTcpServer m_server; // goes first, with the connections that still know the rest
