@@ -32,6 +32,12 @@ public:
     double duration = 0;              // seconds; 0: not known
     QDateTime lastPlayed;             // when it was last recorded, UTC
 
+    /// Neither just begun nor nearly done: worth going on with.
+    bool isUnderway() const
+    {
+        return position > 10 && (duration <= 0 || position < 0.95 * duration);
+    }
+
     bool operator==(const HistoryEntry &) const = default;
 };
 

@@ -20,11 +20,6 @@ auto hasKey(const QString &key)
     };
 }
 
-bool isUnderway(const HistoryEntry &entry)
-{
-    return entry.position > 10 && (entry.duration <= 0 || entry.position < 0.95 * entry.duration);
-}
-
 } // namespace
 
 LibraryStore::LibraryStore(QObject *parent)
@@ -37,7 +32,7 @@ LibraryStore::LibraryStore(QObject *parent)
 QList<HistoryEntry> LibraryStore::continueWatching() const
 {
     QList<HistoryEntry> underway;
-    std::ranges::copy_if(m_history, std::back_inserter(underway), isUnderway);
+    std::ranges::copy_if(m_history, std::back_inserter(underway), &HistoryEntry::isUnderway);
     return underway;
 }
 

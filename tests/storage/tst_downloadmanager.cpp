@@ -1,0 +1,334 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "platform/FolderWalk.h"
+#include "platform/StandardFolders.h"
+#include "storage/DownloadManager.h"
+#include "storage/DownloadName.h"
+#include "testlib/FaultServer.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace tavelo;
+
+namespace {
+
+using Downloading = DownloadTask::Downloading;
+using Paused = DownloadTask::Paused;
+using Finished = DownloadTask::Finished;
+using Failed = DownloadTask::Failed;
+
+QByteArray bytes(int count)
+{
+    QByteArray made(count, Qt::Uninitialized);
+    for (int i = 0; i < count; ++i)
+        made[i] = char(i * 31 + i / 251);
+    return made;
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestDownloadManager : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_folder;
+    FaultServer m_server;
+    std::unique_ptr<SettingsStore> m_settings;
+    std::unique_ptr<DownloadManager> m_downloads;
+    const QByteArray m_film = bytes(300'000);
+
+    QString folder() const { return m_settings->downloadsPath(); }
+    QStringList entries() const
+    {
+        return QDir(folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+    const DownloadTask task(qsizetype place = 0) const { return m_downloads->tasks().at(place); }
+    void start(const QByteArray &path)
+    {
+        QCOMPARE(m_downloads->start("T", m_server.url(path), {}), std::nullopt);
+    }
+    // A film that stands still after a third of it.
+    void startHanging()
+    {
+        m_server.serve(
+            "/film.mp4",
+            {.body = m_film, .etag = "\"1\"", .ranges = true, .silentAfter = m_film.size() / 3});
+        start("/film.mp4");
+        QTRY_COMPARE(task().received, m_film.size() / 3);
+    }
+
+private Q_SLOTS:
+    void initTestCase() { StandardFolders::relocate(m_folder.path()); }
+    void init()
+    {
+        m_settings = std::make_unique<SettingsStore>();
+        m_settings->setDownloadsPath(m_folder.filePath(QTest::currentTestFunction()) + "/films");
+        m_downloads = std::make_unique<DownloadManager>(*m_settings);
+        m_server.forgetRequests();
+        m_server.serve("/film.mp4", {.body = m_film});
+    }
+    void cleanup()
+    {
+        m_downloads.reset();
+        QTRY_COMPARE(m_server.openRequests(), 0);
+        for (const QString &entry : entries())
+            QVERIFY2(!entry.startsWith(".tavelo"), qPrintable(entry));
+    }
+
+    void namesFilesByTheirAddress_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("plain") << "/a/film.mp4"
+                               << "film.mp4";
+        QTest::newRow("encoded") << "/My%20Film%C3%A9.mp4" << u"My Film\u00E9.mp4"_qs;
+        QTest::newRow("encoded slash") << "/x/a%2Fb.mp4"
+                                       << "a_b.mp4";
+        QTest::newRow("encoded twice") << "/%2541%252Fb"
+                                       << "A_b";
+        QTest::newRow("a lone sign stays") << "/100%25.mp4"
+                                           << "100%.mp4";
+        QTest::newRow("twice, not UTF-8, stays") << "/%25FF"
+                                                 << "%FF";
+        QTest::newRow("not UTF-8") << "/%FFx" << u"\uFFFDx"_qs;
+        QTest::newRow("up") << "/a/%2e%2e"
+                            << "..";
+        QTest::newRow("up, encoded twice") << "/a/%252e%252e"
+                                           << "..";
+        QTest::newRow("folder") << "/a/dir/"
+                                << "dir";
+        QTest::newRow("none") << ""
+                              << "";
+        QTest::newRow("root") << "/"
+                              << "_";
+        QTest::newRow("marks and dashes") << "/-%E2%80%AEx.mp4" << u"-\u202Ex.mp4"_qs;
+        QTest::newRow("no query") << "/a.mp4?b=/c#/d"
+                                  << "a.mp4";
+    }
+    void namesFilesByTheirAddress()
+    {
+        QFETCH(QString, path);
+        QTEST(downloadName(QUrl("http://h" + path, QUrl::StrictMode)), "name");
+    }
+
+    void findsAFreeName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("third");
+        QTest::newRow("plain") << "film.mp4"
+                               << "film 2.mp4";
+        QTest::newRow("dots") << "a.b.mp4"
+                              << "a.b 2.mp4";
+        QTest::newRow("no extension") << "film"
+                                      << "film 2.";
+        QTest::newRow("hidden") << ".film"
+                                << ".film 2.";
+        QTest::newRow("dot at the end") << "film."
+                                        << "film. 2.";
+        QTest::newRow("up") << ".."
+                            << ".. 2.";
+        QTest::newRow("here") << "."
+                              << ". 2.";
+        QTest::newRow("empty") << ""
+                               << " 2.";
+    }
+    void findsAFreeName()
+    {
+        QFETCH(QString, name);
+        int asked = 0;
+        const QString path =
+            freeDestination("/f", name, [&](const QString &) { return ++asked <= 2; });
+        QTEST(path.sliced(3), "third");
+    }
+
+    void savesAFilm()
+    {
+        QDir().mkpath(folder());
+        start("/film.mp4");
+        start("/film.mp4");
+        QCOMPARE(task().dest, folder() + "/film 1.mp4");
+        QTRY_VERIFY(task(0).is<Finished>() && task(1).is<Finished>());
+        QCOMPARE(task(0).received, m_film.size());
+        QCOMPARE(task(0).expected, m_film.size());
+        QCOMPARE(contentOf(folder() + "/film.mp4"), m_film);
+        QCOMPARE(contentOf(folder() + "/film 1.mp4"), m_film);
+        QTRY_COMPARE(m_downloads->saved().size(), 2);
+        start("/film.mp4");
+        QCOMPARE(task().dest, folder() + "/film 2.mp4");
+        QTRY_VERIFY(task().is<Finished>());
+    }
+
+    void staysInItsFolder_data()
+    {
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<QString>("name"); // empty: refused
+        QTest::newRow("up") << QByteArray("/a/%2e%2e") << ".. 1.";
+        QTest::newRow("up twice encoded")
+            << QByteArray("/%252e%252e%252f%252e%252e%252fx") << ".._.._x";
+        QTest::newRow("here") << QByteArray("/a/%252e") << ". 1.";
+        QTest::newRow("zero byte") << QByteArray("/a%00b") << "";
+        QTest::newRow("too long") << "/" + QByteArray(300, 'x') << "";
+    }
+    void staysInItsFolder()
+    {
+        QFETCH(QByteArray, path);
+        QFETCH(QString, name);
+        m_server.serve(m_server.url(path).toEncoded(QUrl::RemoveAuthority | QUrl::RemoveScheme),
+                       {.body = "x"});
+        start(path);
+        if (name.isEmpty()) {
+            QTRY_VERIFY(task().is<Failed>());
+            QVERIFY(!std::get<Failed>(task().state).message.isEmpty());
+            QVERIFY(entries().isEmpty());
+        } else {
+            QTRY_VERIFY(task().is<Finished>());
+            QCOMPARE(entries(), QStringList{name});
+        }
+        QVERIFY(QDir(folder()).removeRecursively());
+    }
+
+    void saysWhyItDoesNotStart()
+    {
+        const qint64 free = FolderWalk::freeSpace(folder());
+        const QUrl url = m_server.url("/film.mp4");
+        QVERIFY(m_downloads->start("T", url, free)->startsWith("Not enough free disk space for "));
+        QVERIFY(m_downloads->start("T", url, std::numeric_limits<qint64>::max())->endsWith("."));
+        QVERIFY(m_downloads->tasks().isEmpty());
+        QCOMPARE(m_downloads->start("T", url, 5), std::nullopt);
+        QCOMPARE(task().expected, 5);
+        QTRY_COMPARE(task().expected, m_film.size());
+        QTRY_VERIFY(task().is<Finished>());
+        m_settings->setDownloadsPath("/dev/null/films");
+        QVERIFY(m_downloads->start("T", url, {})->startsWith("Cannot create downloads folder: "));
+    }
+
+    void failsWithItsReason()
+    {
+        m_server.serve("/busy", {.body = "no", .status = 503});
+        m_server.serve("/cut.mp4", {.body = m_film, .cutAfter = 1000});
+        start("/nowhere.mp4");
+        start("/busy");
+        start("/cut.mp4");
+        QTRY_VERIFY(task(0).is<Failed>() && task(1).is<Failed>() && task(2).is<Failed>());
+        QCOMPARE(std::get<Failed>(task(2).state).message, "HTTP 404");
+        QCOMPARE(std::get<Failed>(task(1).state).message, "HTTP 503");
+        QVERIFY(!std::get<Failed>(task(0).state).message.isEmpty());
+        QVERIFY(entries().isEmpty());
+        // Again, and well this time.
+        m_server.serve("/cut.mp4", {.body = m_film});
+        m_downloads->resume(task().id);
+        QVERIFY(task().is<Downloading>());
+        QTRY_VERIFY(task().is<Finished>());
+        m_downloads->clearFinished();
+        QVERIFY(m_downloads->tasks().isEmpty());
+        QCOMPARE(contentOf(folder() + "/cut.mp4"), m_film);
+    }
+
+    void pausesAndGoesOn()
+    {
+        startHanging();
+        m_downloads->pause(task().id);
+        m_downloads->pause(task().id);
+        QTRY_VERIFY(task().is<Paused>());
+        m_downloads->clearFinished();
+        m_server.at("/film.mp4").silentAfter = {};
+        m_downloads->resume(task().id);
+        QTRY_VERIFY(task().is<Finished>());
+        QCOMPARE(contentOf(task().dest), m_film);
+        QCOMPARE(m_server.requests().last().headers.value("range"),
+                 "bytes=" + QByteArray::number(m_film.size() / 3) + "-");
+    }
+
+    void neverSplicesTwoFilms()
+    {
+        startHanging();
+        m_downloads->pause(task().id);
+        QTRY_VERIFY(task().is<Paused>());
+        const QByteArray other = bytes(300'007).sliced(7);
+        m_server.serve("/film.mp4", {.body = other, .etag = "\"2\"", .ranges = true});
+        m_downloads->resume(task().id);
+        QTRY_VERIFY(task().is<Finished>());
+        QCOMPARE(contentOf(task().dest), other);
+    }
+
+    void resumesBeforeThePauseHasComeAbout()
+    {
+        startHanging();
+        m_server.at("/film.mp4").silentAfter = {};
+        m_downloads->pause(task().id);
+        m_downloads->resume(task().id);
+        QVERIFY(task().is<Downloading>());
+        QTRY_VERIFY(task().is<Finished>());
+        QCOMPARE(contentOf(task().dest), m_film);
+    }
+
+    void forgetsWhatIsCancelled()
+    {
+        startHanging();
+        startHanging();
+        QCOMPARE(task().dest, folder() + "/film 1.mp4");
+        m_downloads->pause(task(1).id);
+        QTRY_VERIFY(task(1).is<Paused>());
+        m_downloads->cancel(task(1).id);
+        m_downloads->cancel(task(0).id);
+        QVERIFY(m_downloads->tasks().isEmpty());
+        QTRY_VERIFY(entries().isEmpty());
+        QTRY_COMPARE(m_server.openRequests(), 0);
+    }
+
+    void aStormOfButtonsEndsWell()
+    {
+        m_server.serve(
+            "/film.mp4",
+            {.body = m_film, .etag = "\"1\"", .ranges = true, .bytesPerSecond = 3'000'000});
+        start("/film.mp4");
+        const QUuid id = task().id;
+        for (int i = 0; i < 60; ++i) {
+            if (i % 3 == 0)
+                m_downloads->pause(id);
+            if (i % 3 == 1 || i % 7 == 0)
+                m_downloads->resume(id);
+            QTest::qWait(i % 5);
+        }
+        m_downloads->resume(id);
+        QTRY_VERIFY(task().is<Finished>());
+        QCOMPARE(contentOf(task().dest), m_film);
+        QCOMPARE(entries(), QStringList{"film.mp4"});
+    }
+
+    void listsSavedVideos()
+    {
+        QDir().mkpath(folder() + "/folder.mp4");
+        for (const char *name :
+             {"a.MP4", "b.txt", ".hidden.mp4", "c.webm", "mp4", "folder.mp4/d.mp4"}) {
+            QFile file(folder() + "/" + name);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("123");
+        }
+        m_downloads->refreshSaved();
+        QTRY_COMPARE(m_downloads->saved().size(), 2);
+        QStringList names;
+        for (const SavedFile &file : m_downloads->saved()) {
+            names.append(file.url.fileName());
+            QCOMPARE(file.size, 3);
+            QVERIFY(file.added.secsTo(QDateTime::currentDateTimeUtc()) < 600);
+        }
+        names.sort();
+        QCOMPARE(names, QStringList({"a.MP4", "c.webm"}));
+        m_settings->setDownloadsPath(folder() + "/nowhere");
+        m_downloads->refreshSaved();
+        QTRY_VERIFY(m_downloads->saved().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestDownloadManager)
+#include "tst_downloadmanager.moc"
