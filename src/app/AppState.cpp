@@ -16,19 +16,47 @@ const QString byWeek = QStringLiteral("week desc");
 constexpr int shelfRows = 24;
 constexpr int searchRows = 60;
 
+// Null for QML when absent.
+template <typename T>
+QVariant variantOf(const std::optional<T> &value)
+{
+    return value ? QVariant::fromValue(*value) : QVariant::fromValue(nullptr);
+}
+
 } // namespace
 
 AppState::AppState(VideoPlayerManager::EngineFactory makeEngine, QObject *parent)
     : QObject(parent)
-    , m_playback(std::move(makeEngine))
+    , m_cache(m_settings)
+    , m_downloads(m_settings)
+    , m_registry(m_settings)
+    , m_playback(m_library, std::move(makeEngine))
 {
+    connect(&m_library, &LibraryStore::historyChanged, this, &AppState::recentlyViewedChanged);
     connect(this, &AppState::featuredChanged, this, &AppState::suggestionsChanged);
     connect(this, &AppState::popularChanged, this, &AppState::suggestionsChanged);
+}
+
+AppState::~AppState()
+{
+    // Closing the window ends the program: the film's place is kept.
+    m_playback.saveNow();
 }
 
 QStringList AppState::suggestions() const
 {
     return suggestionsFrom(m_featured + m_popular);
+}
+
+QList<HistoryEntry> AppState::recentlyViewed() const
+{
+    constexpr qsizetype most = 20;
+    QList<HistoryEntry> viewed;
+    for (const HistoryEntry &entry : m_library.history()) {
+        if (!entry.isLocal && viewed.size() < most)
+            viewed.append(entry);
+    }
+    return viewed;
 }
 
 QStringList AppState::sectionNames() const
@@ -41,7 +69,17 @@ QStringList AppState::sectionNames() const
 
 QVariant AppState::selectedItemVariant() const
 {
-    return m_selectedItem ? QVariant::fromValue(*m_selectedItem) : QVariant::fromValue(nullptr);
+    return variantOf(m_selectedItem);
+}
+
+QVariant AppState::collectionVariant() const
+{
+    return variantOf(m_collection);
+}
+
+QVariant AppState::inspectorVariant() const
+{
+    return variantOf(m_inspector);
 }
 
 void AppState::loadHome()
@@ -118,11 +156,23 @@ void AppState::setSearchOutcome(const Items &items)
     Q_EMIT searchErrorChanged();
 }
 
-void AppState::play(const ArchiveFile &file, const MediaItem &item)
+void AppState::loadCollection(const Collection &collection)
 {
-    m_playback.play(file, item);
-    clearSelectedItem();
-    setShowPlayer(true);
+    m_collection = collection;
+    Q_EMIT collectionChanged();
+    setDiscoverLoading(true);
+    collectionFlow(collection.query);
+}
+
+QCoro::Task<> AppState::collectionFlow(QString query)
+{
+    const QPointer<AppState> self(this);
+    const Items items = co_await OrvellaProvider::search({}, query, byDownloads, searchRows, 1);
+    if (!self)
+        co_return;
+    m_discoverResults = items ? *items : QList<MediaItem>();
+    Q_EMIT discoverResultsChanged();
+    setDiscoverLoading(false);
 }
 
 void AppState::setSection(SidebarSection section)
@@ -176,6 +226,12 @@ void AppState::setSearching(bool searching)
 {
     m_searching = searching;
     Q_EMIT searchingChanged();
+}
+
+void AppState::setDiscoverLoading(bool loading)
+{
+    m_discoverLoading = loading;
+    Q_EMIT discoverLoadingChanged();
 }
 
 void AppState::setHomeLoading(bool loading)

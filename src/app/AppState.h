@@ -5,8 +5,12 @@
 #include "app/SidebarSection.h"
 #include "catalogue/Collection.h"
 #include "catalogue/MediaItem.h"
-#include "platform/Result.h"
 #include "playback/PlaybackCoordinator.h"
+#include "search/ProviderRegistry.h"
+#include "search/SearchAggregator.h"
+#include "storage/CacheManager.h"
+#include "storage/DownloadManager.h"
+#include "torrent/TorrentInfo.h"
 
 #include <QCoroTask>
 
@@ -35,10 +39,24 @@ class AppState : public QObject
         QList<tavelo::MediaItem> searchResults READ searchResults NOTIFY searchResultsChanged)
     Q_PROPERTY(bool searching READ searching NOTIFY searchingChanged)
     Q_PROPERTY(QString searchError READ searchErrorText NOTIFY searchErrorChanged)
+    Q_PROPERTY(
+        QList<tavelo::MediaItem> discoverResults READ discoverResults NOTIFY discoverResultsChanged)
+    Q_PROPERTY(bool discoverLoading READ discoverLoading NOTIFY discoverLoadingChanged)
+    Q_PROPERTY(QVariant collection READ collectionVariant NOTIFY collectionChanged)
+    Q_PROPERTY(QVariant inspector READ inspectorVariant NOTIFY inspectorChanged)
+    Q_PROPERTY(
+        QList<tavelo::HistoryEntry> recentlyViewed READ recentlyViewed NOTIFY recentlyViewedChanged)
+    Q_PROPERTY(tavelo::SettingsStore *settings READ settings CONSTANT)
+    Q_PROPERTY(tavelo::LibraryStore *library READ library CONSTANT)
+    Q_PROPERTY(tavelo::SearchAggregator *aggregator READ aggregator CONSTANT)
+    Q_PROPERTY(tavelo::CacheManager *cache READ cache CONSTANT)
+    Q_PROPERTY(tavelo::DownloadManager *downloads READ downloads CONSTANT)
+    Q_PROPERTY(tavelo::ProviderRegistry *registry READ registry CONSTANT)
     Q_PROPERTY(tavelo::PlaybackCoordinator *playback READ playback CONSTANT)
 
 public:
     explicit AppState(VideoPlayerManager::EngineFactory makeEngine, QObject *parent = nullptr);
+    ~AppState() override;
 
     SidebarSection section() const { return m_section; }
     const std::optional<MediaItem> &selectedItem() const { return m_selectedItem; }
@@ -52,10 +70,25 @@ public:
     QList<MediaItem> searchResults() const { return m_searchResults; }
     bool searching() const { return m_searching; }
     const std::optional<QString> &searchError() const { return m_searchError; }
+    QList<MediaItem> discoverResults() const { return m_discoverResults; }
+    bool discoverLoading() const { return m_discoverLoading; }
+    const std::optional<Collection> &collection() const { return m_collection; }
+    /// The torrent that was inspected last.
+    const std::optional<TorrentInfo> &inspector() const { return m_inspector; }
+
+    // The services, in the order in which they are made.
+    SettingsStore *settings() { return &m_settings; }
+    LibraryStore *library() { return &m_library; }
+    SearchAggregator *aggregator() { return &m_aggregator; }
+    CacheManager *cache() { return &m_cache; }
+    DownloadManager *downloads() { return &m_downloads; }
+    ProviderRegistry *registry() { return &m_registry; }
     PlaybackCoordinator *playback() { return &m_playback; }
 
     /// Subject words of the Home shelves, at most 10.
     QStringList suggestions() const;
+    /// The latest of the history that are not local, at most 20.
+    QList<HistoryEntry> recentlyViewed() const;
 
     // The same for QML: absent reads as null or as the empty text.
     QString sectionName() const { return rawValue(m_section); }
@@ -64,6 +97,8 @@ public:
     QString noticeText() const { return m_notice.value_or(QString()); }
     QString homeErrorText() const { return m_homeError.value_or(QString()); }
     QString searchErrorText() const { return m_searchError.value_or(QString()); }
+    QVariant collectionVariant() const;
+    QVariant inspectorVariant() const;
 
     void setSection(SidebarSection section);
     void setSectionName(const QString &name); // any other name: Home
@@ -82,8 +117,23 @@ public:
     /// finish wins.
     Q_INVOKABLE void runSearch();
 
-    /// Plays a catalogue file and shows the player.
-    Q_INVOKABLE void play(const tavelo::ArchiveFile &file, const tavelo::MediaItem &item);
+    /// Loads a Discover collection; a failure leaves none of its items. Of overlapping loads the
+    /// last to finish wins.
+    Q_INVOKABLE void loadCollection(const tavelo::Collection &collection);
+
+    // Actions. None fails: what goes wrong is said in `notice`.
+
+    /// Plays a catalogue file, with the item's subtitles to choose from, and shows the player.
+    Q_INVOKABLE void play(const tavelo::ArchiveFile &file, const tavelo::MediaItem &item,
+                          const QList<tavelo::ArchiveFile> &subtitles);
+    Q_INVOKABLE void playLocal(const tavelo::SavedFile &file);
+    Q_INVOKABLE void resume(const tavelo::HistoryEntry &entry);
+    /// Starts a download and goes to the Downloads section.
+    Q_INVOKABLE void download(const tavelo::ArchiveFile &file, const tavelo::MediaItem &item);
+    /// Shows what a magnet link says of its torrent.
+    Q_INVOKABLE void inspectMagnet(const QString &text);
+    /// Fetches a .torrent file, keeps a copy in the cache, and shows what it says.
+    Q_INVOKABLE void inspectTorrentURL(const QUrl &url);
 
 Q_SIGNALS:
     void sectionChanged();
@@ -99,17 +149,29 @@ Q_SIGNALS:
     void searchResultsChanged();
     void searchingChanged();
     void searchErrorChanged();
+    void discoverResultsChanged();
+    void discoverLoadingChanged();
+    void collectionChanged();
+    void inspectorChanged();
+    void recentlyViewedChanged();
 
 private:
     using Items = Result<QList<MediaItem>>;
 
     QCoro::Task<> homeFlow();
     QCoro::Task<> searchFlow(QString text);
+    QCoro::Task<> collectionFlow(QString query);
+    QCoro::Task<> inspectFlow(QUrl url);
+    void setDiscoverLoading(bool loading);
+    void setInspector(const TorrentInfo &torrent);
     void setHomeLoading(bool loading);
     void setHomeError(std::optional<QString> text);
     void setSearching(bool searching);
     void setSearchOutcome(const Items &items);
 
+    SettingsStore m_settings;
+    LibraryStore m_library;
+    SearchAggregator m_aggregator;
     SidebarSection m_section = SidebarSection::Home;
     std::optional<MediaItem> m_selectedItem;
     bool m_showPlayer = false;
@@ -122,6 +184,13 @@ private:
     QList<MediaItem> m_searchResults;
     bool m_searching = false;
     std::optional<QString> m_searchError;
+    QList<MediaItem> m_discoverResults;
+    bool m_discoverLoading = false;
+    std::optional<Collection> m_collection;
+    std::optional<TorrentInfo> m_inspector;
+    CacheManager m_cache;
+    DownloadManager m_downloads;
+    ProviderRegistry m_registry;
     PlaybackCoordinator m_playback;
 };
 

@@ -3,10 +3,43 @@
 #include "platform/ResponseCache.h"
 
 #include <QBuffer>
+#include <QDateTime>
 
+#include <algorithm>
 #include <memory>
 
 namespace tavelo {
+
+namespace {
+
+const QByteArray cacheControl = "cache-control";
+
+bool isFresh(const QNetworkCacheMetaData &metaData)
+{
+    const QDateTime expires = metaData.expirationDate();
+    return expires.isValid() && expires > QDateTime::currentDateTimeUtc();
+}
+
+bool hasValidator(const QNetworkCacheMetaData &metaData)
+{
+    return std::ranges::any_of(metaData.rawHeaders(), [](const auto &header) {
+        const QByteArray name = header.first.toLower();
+        return name == "etag" || name == "last-modified";
+    });
+}
+
+// So that the network library asks the server, and takes a 5xx for an answer: by itself it would
+// show the old response in its place.
+QNetworkCacheMetaData toBeRevalidated(QNetworkCacheMetaData metaData)
+{
+    QNetworkCacheMetaData::RawHeaderList headers = metaData.rawHeaders();
+    headers.removeIf([](const auto &header) { return header.first.toLower() == cacheControl; });
+    headers.append({cacheControl, "must-revalidate"});
+    metaData.setRawHeaders(headers);
+    return metaData;
+}
+
+} // namespace
 
 ResponseCache::ResponseCache(QObject *parent)
     : QAbstractNetworkCache(parent)
@@ -25,7 +58,8 @@ void ResponseCache::setFolder(const QString &folder)
 QNetworkCacheMetaData ResponseCache::metaData(const QUrl &url)
 {
     const Response *response = m_memory.object(url);
-    return response ? response->metaData : m_disk.metaData(url);
+    const QNetworkCacheMetaData found = response ? response->metaData : m_disk.metaData(url);
+    return !found.isValid() || isFresh(found) ? found : toBeRevalidated(found);
 }
 
 void ResponseCache::updateMetaData(const QNetworkCacheMetaData &metaData)
@@ -66,6 +100,10 @@ qint64 ResponseCache::cacheSize() const
 QIODevice *ResponseCache::prepare(const QNetworkCacheMetaData &metaData)
 {
     m_memory.remove(metaData.url());
+    if (!isFresh(metaData) && !hasValidator(metaData)) {
+        m_disk.remove(metaData.url());
+        return nullptr; // it could never be used
+    }
     return m_disk.prepare(metaData);
 }
 

@@ -2,30 +2,139 @@
 // SPDX-License-Identifier: MIT
 #include "playback/PlaybackCoordinator.h"
 
+#include "catalogue/Text.h"
+
+#include <QFileInfo>
+
+#include <cmath>
+
 namespace tavelo {
 
-PlaybackCoordinator::PlaybackCoordinator(VideoPlayerManager::EngineFactory makeEngine,
+namespace {
+
+constexpr double saveInterval = 5; // seconds of the film
+constexpr QLatin1Char separator('|');
+const QString localID = QStringLiteral("local");
+
+QList<SubtitleTrack> tracksOf(const QList<ArchiveFile> &files)
+{
+    QList<SubtitleTrack> tracks;
+    for (const ArchiveFile &file : files)
+        tracks.append({file.name, file.url});
+    return tracks;
+}
+
+// What follows the first separator; the whole key, or what precedes it, where nothing does.
+QString tailOf(const QString &key)
+{
+    const qsizetype at = key.indexOf(separator);
+    if (at < 0)
+        return key;
+    return at + 1 < key.size() ? key.sliced(at + 1) : key.first(at);
+}
+
+double startOf(const std::optional<HistoryEntry> &known)
+{
+    return known && known->isUnderway() ? known->position : 0;
+}
+
+} // namespace
+
+PlaybackCoordinator::PlaybackCoordinator(LibraryStore &library,
+                                         VideoPlayerManager::EngineFactory makeEngine,
                                          QObject *parent)
     : QObject(parent)
     , m_player(std::move(makeEngine))
-{}
+    , m_library(library)
+{
+    connect(&m_player, &VideoPlayerManager::currentTimeChanged, this,
+            &PlaybackCoordinator::timeChanged, Qt::DirectConnection);
+    m_player.setOnFinished([this] { filmEnded(); });
+}
 
 QVariant PlaybackCoordinator::nowPlayingVariant() const
 {
     return m_nowPlaying ? QVariant::fromValue(*m_nowPlaying) : QVariant::fromValue(nullptr);
 }
 
-void PlaybackCoordinator::play(const ArchiveFile &file, const MediaItem &item)
+void PlaybackCoordinator::play(const ArchiveFile &file, const MediaItem &item,
+                               const QList<ArchiveFile> &subtitles)
 {
-    setNowPlaying(
-        NowPlaying{item.id + QLatin1Char('|') + file.name, item.title, item.thumbnailURL()});
-    m_player.load(file.url, 0);
+    start({item.id + separator + file.name, file.url, item.id, item.title, item.thumbnailURL(),
+           tracksOf(subtitles)});
+}
+
+void PlaybackCoordinator::playLocal(const SavedFile &file)
+{
+    const QFileInfo info(file.url.toLocalFile());
+    start({localID + separator + info.fileName(), file.url, localID, info.completeBaseName(),
+           QUrl(), siblingSubtitles(file.url)});
+}
+
+void PlaybackCoordinator::playEntry(const HistoryEntry &entry)
+{
+    const auto url =
+        entry.isLocal ? std::optional(QUrl::fromLocalFile(entry.source)) : Text::url(entry.source);
+    if (!url)
+        return;
+    const QList<SubtitleTrack> tracks =
+        entry.isLocal ? siblingSubtitles(*url) : QList<SubtitleTrack>();
+    start({entry.itemID + separator + tailOf(entry.key), *url, entry.itemID, entry.title,
+           Text::url(entry.thumbnail.value_or(QString())).value_or(QUrl()), tracks});
+}
+
+void PlaybackCoordinator::start(const Film &film)
+{
+    saveNow();
+    const auto known = m_library.entryFor(film.key);
+    HistoryEntry entry;
+    entry.key = film.key;
+    entry.itemID = film.itemID;
+    entry.title = film.title;
+    entry.isLocal = film.url.isLocalFile();
+    entry.source = entry.isLocal ? film.url.toLocalFile() : film.url.toString(QUrl::FullyEncoded);
+    if (!film.thumbnail.isEmpty())
+        entry.thumbnail = film.thumbnail.toString(QUrl::FullyEncoded);
+    entry.position = startOf(known);
+    entry.duration = known ? known->duration : 0;
+    entry.lastPlayed = QDateTime::currentDateTimeUtc();
+    m_library.record(entry);
+    setNowPlaying(NowPlaying{film.key, film.title, film.thumbnail});
+    m_subtitles.reset(film.tracks);
+    m_lastSaved = entry.position;
+    m_player.load(film.url, entry.position);
+}
+
+void PlaybackCoordinator::timeChanged(double seconds)
+{
+    if (!m_nowPlaying)
+        return;
+    m_subtitles.update(seconds);
+    if (std::abs(seconds - m_lastSaved) < saveInterval)
+        return;
+    m_lastSaved = seconds;
+    m_library.updateProgress(m_nowPlaying->key, seconds, m_player.duration());
+}
+
+void PlaybackCoordinator::filmEnded()
+{
+    if (m_nowPlaying)
+        m_library.updateProgress(m_nowPlaying->key, 0, m_player.duration());
+}
+
+void PlaybackCoordinator::saveNow()
+{
+    if (m_nowPlaying)
+        m_library.updateProgress(m_nowPlaying->key, m_player.currentTime(), m_player.duration());
 }
 
 void PlaybackCoordinator::stopPlayback()
 {
+    saveNow();
+    // Before the player goes back to 0, which must not be written.
     setNowPlaying({});
     m_player.stop();
+    m_subtitles.reset({});
 }
 
 void PlaybackCoordinator::setNowPlaying(std::optional<NowPlaying> nowPlaying)

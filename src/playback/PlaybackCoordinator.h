@@ -5,7 +5,10 @@
 #include "catalogue/ArchiveFile.h"
 #include "catalogue/MediaItem.h"
 #include "playback/NowPlaying.h"
+#include "playback/SubtitleManager.h"
 #include "playback/VideoPlayerManager.h"
+#include "storage/LibraryStore.h"
+#include "storage/SavedFile.h"
 
 #include <QVariant>
 
@@ -13,32 +16,60 @@
 
 namespace tavelo {
 
-/// Owns the player and knows what it plays.
+/// Owns the player and its subtitles, knows what plays, and keeps in the history how far. The
+/// order of its steps is relied on: the player's time is heard while it is being set.
 class PlaybackCoordinator : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(tavelo::VideoPlayerManager *player READ player CONSTANT)
+    Q_PROPERTY(tavelo::SubtitleManager *subtitles READ subtitles CONSTANT)
     Q_PROPERTY(QVariant nowPlaying READ nowPlayingVariant NOTIFY nowPlayingChanged)
 
 public:
-    explicit PlaybackCoordinator(VideoPlayerManager::EngineFactory makeEngine,
-                                 QObject *parent = nullptr);
+    /// `library` must outlive this.
+    PlaybackCoordinator(LibraryStore &library, VideoPlayerManager::EngineFactory makeEngine,
+                        QObject *parent = nullptr);
 
     VideoPlayerManager *player() { return &m_player; }
+    SubtitleManager *subtitles() { return &m_subtitles; }
     const std::optional<NowPlaying> &nowPlaying() const { return m_nowPlaying; }
     QVariant nowPlayingVariant() const; // null when nothing plays
 
-    void play(const ArchiveFile &file, const MediaItem &item);
+    // Each plays from where the history says that the viewer stopped, unless that is in the first
+    // 10 seconds or the last twentieth.
+    void play(const ArchiveFile &file, const MediaItem &item, const QList<ArchiveFile> &subtitles);
+    void playLocal(const SavedFile &file);
+    /// Nothing happens when the entry's source is no address.
+    void playEntry(const HistoryEntry &entry);
+
+    /// Writes the position into the history.
+    void saveNow();
     Q_INVOKABLE void stopPlayback();
 
 Q_SIGNALS:
     void nowPlayingChanged();
 
 private:
+    struct Film
+    {
+        QString key;
+        QUrl url;
+        QString itemID;
+        QString title;
+        QUrl thumbnail; // empty: none
+        QList<SubtitleTrack> tracks;
+    };
+
+    void start(const Film &film);
+    void timeChanged(double seconds);
+    void filmEnded();
     void setNowPlaying(std::optional<NowPlaying> nowPlaying);
 
     VideoPlayerManager m_player;
+    SubtitleManager m_subtitles;
     std::optional<NowPlaying> m_nowPlaying;
+    LibraryStore &m_library;
+    double m_lastSaved = 0; // seconds: the position last written while playing, or the start
 };
 
 } // namespace tavelo

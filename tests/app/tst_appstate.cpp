@@ -3,10 +3,13 @@
 #include "app/AppState.h"
 #include "app/Suggestions.h"
 #include "platform/ServiceHosts.h"
+#include "platform/StandardFolders.h"
 #include "testlib/FaultServer.h"
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace tavelo;
@@ -38,17 +41,23 @@ class tst_AppState : public QObject
     Q_OBJECT
 
 private:
+    QTemporaryDir m_folder;
     FaultServer m_server;
     std::unique_ptr<AppState> m_state;
 
 private Q_SLOTS:
-    void initTestCase() { ServiceHosts::replace({.archive = m_server.base()}); }
+    void initTestCase()
+    {
+        ServiceHosts::replace({.archive = m_server.base()});
+        StandardFolders::relocate(m_folder.path());
+    }
 
     void init()
     {
         m_server.forgetRequests();
         m_server.setListening(true);
         m_state = std::make_unique<AppState>([] { return nullptr; });
+        m_state->library()->clear();
     }
 
     void startsOnHomeWithNothing()
@@ -143,12 +152,114 @@ private Q_SLOTS:
         item.title = "A Film";
         m_state->selectItem(item);
         const ArchiveFile file{"dir/film.mp4", {}, {}, QUrl("http://127.0.0.1:1/")};
-        m_state->play(file, item);
+        m_state->play(file, item, {});
         QVERIFY(!m_state->selectedItem());
         QVERIFY(m_state->showPlayer());
         QCOMPARE(m_state->playback()->nowPlaying()->key, QStringLiteral("abc|dir/film.mp4"));
         m_state->playback()->stopPlayback();
         QCOMPARE(m_state->playback()->nowPlaying(), std::nullopt);
+    }
+
+    void goesOnWithWhatWasPlayed()
+    {
+        QVERIFY(m_state->recentlyViewed().isEmpty());
+        for (int i = 0; i < 25; ++i) {
+            HistoryEntry entry;
+            entry.key = QString("film %1").arg(i);
+            entry.itemID = "abc";
+            entry.source = "http://127.0.0.1:1/";
+            entry.isLocal = i % 5 == 4;
+            m_state->library()->record(entry);
+        }
+        QCOMPARE(m_state->recentlyViewed().size(), 20);
+        QCOMPARE(m_state->recentlyViewed().at(0).key, "film 23");
+        m_state->selectItem(itemWith({}));
+        m_state->resume(m_state->recentlyViewed().at(3));
+        QVERIFY(m_state->showPlayer() && m_state->selectedItem());
+        QCOMPARE(m_state->playback()->nowPlaying()->key, "abc|film 20");
+    }
+
+    void loadsACollection()
+    {
+        const Collection collection = Collection::all().at(1);
+        m_server.serve(searchPath, {.body = page({"one", "two"})});
+        m_state->loadCollection(collection);
+        QVERIFY(m_state->discoverLoading());
+        QVERIFY(m_state->collection() == collection);
+        QTRY_VERIFY(!m_state->discoverLoading());
+        QCOMPARE(m_state->discoverResults().size(), 2);
+        QVERIFY(m_server.requests().at(0).target.contains("rows=60"));
+        m_server.serve(searchPath, {.status = 500});
+        m_state->loadCollection(collection);
+        QTRY_VERIFY(!m_state->discoverLoading());
+        QVERIFY(m_state->discoverResults().isEmpty() && !m_state->notice());
+    }
+
+    void downloadGoesToItsSection()
+    {
+        m_server.serve("/film.mp4", {.body = "a film"});
+        const QUrl url = m_server.url("/film.mp4");
+        m_state->selectItem(itemWith({}));
+        m_state->download({"film.mp4", {}, std::numeric_limits<qint64>::max(), url}, itemWith({}));
+        QVERIFY(m_state->notice()->startsWith("Not enough free disk space for "));
+        QVERIFY(m_state->selectedItem());
+        QCOMPARE(m_state->section(), SidebarSection::Home);
+        m_state->download({"film.mp4", {}, 6, url}, itemWith({}));
+        QVERIFY(!m_state->selectedItem());
+        QCOMPARE(m_state->section(), SidebarSection::Downloads);
+        QTRY_COMPARE(m_state->downloads()->saved().size(), 1);
+    }
+
+    void inspectsMagnets()
+    {
+        m_state->inspectMagnet("magnet:?xt=urn:btih:" + QString(40, 'a') + "&dn=T");
+        QCOMPARE(m_state->inspector()->name, "T");
+        m_state->inspectMagnet("http://h/?xt=urn:btih:" + QString(40, 'a'));
+        QCOMPARE(*m_state->notice(), "That doesn't look like a valid magnet link.");
+        QCOMPARE(m_state->inspector()->name, "T");
+    }
+
+    void inspectsRemoteTorrents_data()
+    {
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("copy");
+        QTest::addColumn<QString>("notice"); // empty: it is shown
+        const QByteArray torrent = "d4:infod6:lengthi5e4:name3:fooee";
+        const QString failed = "Couldn't read torrent: ";
+        QTest::newRow("plain") << QByteArray("/abc/abc_archive.torrent") << torrent
+                               << "abc_archive.torrent"
+                               << "";
+        QTest::newRow("another extension") << QByteArray("/x/y.z.php") << torrent << "y.z.torrent"
+                                           << "";
+        QTest::newRow("out of the folder")
+            << QByteArray("/x/..%2F..%2F..%2Fup.torrent") << torrent << ".._.._.._up.torrent"
+            << "";
+        QTest::newRow("no name") << QByteArray("/") << torrent << "_.torrent"
+                                 << "";
+        QTest::newRow("no torrent") << QByteArray("/page") << QByteArray("<html>") << "page.torrent"
+                                    << failed + "Not a valid .torrent file";
+        QTest::newRow("not there")
+            << QByteArray("/nowhere") << QByteArray() << "" << failed + "HTTP 404";
+    }
+    void inspectsRemoteTorrents()
+    {
+        QFETCH(QByteArray, path);
+        QFETCH(QByteArray, body);
+        QFETCH(QString, copy);
+        QFETCH(QString, notice);
+        if (!body.isEmpty())
+            m_server.serve(path, {.body = body});
+        QUrl url = m_server.url(path);
+        url.setQuery("download=1/2");
+        m_state->inspectTorrentURL(url);
+        QTRY_VERIFY(m_state->inspector() || m_state->notice());
+        QCOMPARE(m_state->notice().value_or(QString()), notice);
+        QDir folder(*m_state->cache()->torrentDir());
+        QCOMPARE(folder.entryList(QDir::Files | QDir::Hidden).join(' '), copy);
+        if (notice.isEmpty())
+            QCOMPARE(m_state->inspector()->fileURL, QUrl::fromLocalFile(folder.filePath(copy)));
+        QVERIFY(folder.removeRecursively());
     }
 
     void sections()

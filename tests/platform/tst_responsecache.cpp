@@ -80,6 +80,14 @@ private Q_SLOTS:
         QCOMPARE(m_server.requests().size(), 3);
     }
 
+    void neverHidesAFailure()
+    {
+        m_server.serve("/x", {.body = "old", .etag = "\"1\""});
+        QCOMPARE(body(), "old");
+        m_server.serve("/x", {.body = "busy", .status = 503});
+        QCOMPARE(body(), "busy");
+    }
+
     void survivesARestartAndVanishedFiles()
     {
         m_server.serve("/x", {.body = "kept", .headers = m_anHour});

@@ -4,11 +4,13 @@
 
 #include "platform/MediaEngine.h"
 #include "platform/ServiceHosts.h"
+#include "platform/StandardFolders.h"
 #include "ui/UiModule.h"
 
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace tavelo {
@@ -60,6 +62,8 @@ FaultServer &Program::server()
         ServiceHosts hosts = ServiceHosts::current();
         hosts.archive = made->base();
         ServiceHosts::replace(hosts);
+        static const QTemporaryDir folder;
+        StandardFolders::relocate(folder.path());
         return made;
     }();
     return *server;

@@ -77,7 +77,7 @@ FocusScope {
                 width: parent.width - 2 * Theme.inset
                 x: Theme.inset
 
-                onPlay: file => view.app.play(file, view.item)
+                onPlay: file => view.app.play(file, view.item, model.details.subtitles)
             }
         }
     }
