@@ -4,13 +4,18 @@
 #include "catalogue/ProviderConfig.h"
 #include "platform/PreferenceValues.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
+
 using namespace tavelo;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray file = fuzzInput(data, size);
-    const PreferenceValues values = PreferencesFormat::decoded(file);
-    require(PreferencesFormat::decoded(PreferencesFormat::encoded(values)) == values);
+    for (const QJsonValue &json : QJsonDocument::fromJson(file).object()) {
+        const auto value = preferenceFromJson(json);
+        require(!value || preferenceFromJson(toJson(*value)) == value);
+    }
     if (const auto providers = providersFromJson(file))
         require(providersFromJson(toJson(*providers)) == providers);
     return 0;

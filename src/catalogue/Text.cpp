@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/Text.h"
 
-#include <algorithm>
+#include "platform/Decimal.h"
 
 namespace tavelo::Text {
 
@@ -26,14 +26,7 @@ QString trimmedOfBlanks(QStringView text)
 
 std::optional<qint64> integer(QStringView text)
 {
-    const bool isSigned = text.startsWith(QLatin1Char('+')) || text.startsWith(QLatin1Char('-'));
-    const QStringView digits = text.sliced(isSigned ? 1 : 0);
-    const auto isDigit = [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); };
-    if (digits.isEmpty() || !std::ranges::all_of(digits, isDigit))
-        return {};
-    bool fits = false;
-    const qint64 value = text.toLongLong(&fits);
-    return fits ? std::optional(value) : std::nullopt;
+    return decimal(text.toLatin1()); // what is not in it is no digit either
 }
 
 std::optional<QUrl> url(const QString &text)

@@ -4,10 +4,9 @@
 
 #include "platform/Json.h"
 
-#include <QJsonDocument>
 #include <QJsonObject>
 
-namespace tavelo::PreferencesFormat {
+namespace tavelo {
 
 namespace {
 
@@ -23,7 +22,23 @@ std::optional<PreferenceValue> bytesOf(const QJsonObject &object)
     return bytes ? std::optional<PreferenceValue>(*bytes) : std::nullopt;
 }
 
-std::optional<PreferenceValue> valueOf(const QJsonValue &json)
+struct Encoder
+{
+    QJsonValue operator()(const QByteArray &bytes) const
+    {
+        return QJsonObject{{bytesMember, QString::fromLatin1(bytes.toBase64())}};
+    }
+    QJsonValue operator()(const auto &value) const { return value; }
+};
+
+} // namespace
+
+QJsonValue toJson(const PreferenceValue &value)
+{
+    return std::visit(Encoder{}, value);
+}
+
+std::optional<PreferenceValue> preferenceFromJson(const QJsonValue &json)
 {
     if (json.isString())
         return json.toString();
@@ -36,34 +51,4 @@ std::optional<PreferenceValue> valueOf(const QJsonValue &json)
     return {};
 }
 
-struct Encoder
-{
-    QJsonValue operator()(const QByteArray &bytes) const
-    {
-        return QJsonObject{{bytesMember, QString::fromLatin1(bytes.toBase64())}};
-    }
-    QJsonValue operator()(const auto &value) const { return value; }
-};
-
-} // namespace
-
-PreferenceValues decoded(const QByteArray &file)
-{
-    const QJsonObject object = QJsonDocument::fromJson(file).object();
-    PreferenceValues values;
-    for (auto it = object.begin(); it != object.end(); ++it) {
-        if (const auto value = valueOf(it.value()))
-            values.insert(it.key(), *value);
-    }
-    return values;
-}
-
-QByteArray encoded(const PreferenceValues &values)
-{
-    QJsonObject object;
-    for (auto it = values.begin(); it != values.end(); ++it)
-        object.insert(it.key(), std::visit(Encoder{}, it.value()));
-    return QJsonDocument(object).toJson();
-}
-
-} // namespace tavelo::PreferencesFormat
+} // namespace tavelo

@@ -3,9 +3,10 @@
 #pragma once
 
 #include <QByteArray>
-#include <QMap>
+#include <QJsonValue>
 #include <QString>
 
+#include <optional>
 #include <variant>
 
 namespace tavelo {
@@ -13,16 +14,10 @@ namespace tavelo {
 /// A stored preference; which of the four it is belongs to its value.
 using PreferenceValue = std::variant<QString, qint64, bool, QByteArray>;
 
-using PreferenceValues = QMap<QString, PreferenceValue>;
-
-/// The preferences file: one JSON object (RFC 8259), written by key. Texts, integers and booleans
-/// are JSON's own; bytes are an object whose one member "base64" (RFC 4648, 4) holds them.
-namespace PreferencesFormat {
-
-/// Empty for anything that is not such an object; a member of another form is left out.
-PreferenceValues decoded(const QByteArray &file);
-QByteArray encoded(const PreferenceValues &values);
-
-} // namespace PreferencesFormat
+/// How it stands in JSON (RFC 8259): texts, integers and booleans as JSON's own, bytes as an object
+/// whose one member "base64" (RFC 4648, 4) holds them.
+QJsonValue toJson(const PreferenceValue &value);
+/// Absent for any other form.
+std::optional<PreferenceValue> preferenceFromJson(const QJsonValue &json);
 
 } // namespace tavelo

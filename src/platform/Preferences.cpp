@@ -4,6 +4,12 @@
 
 #include "platform/FileContent.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+#include <utility>
+
 namespace tavelo {
 
 namespace {
@@ -14,13 +20,21 @@ constexpr qint64 maxFileBytes = 8LL * 1024 * 1024;
 
 Preferences::Preferences(const QString &file)
     : m_file(file)
-    , m_values(PreferencesFormat::decoded(FileContent::read(file, maxFileBytes)))
-{}
+{
+    const QJsonDocument stored = QJsonDocument::fromJson(FileContent::read(file, maxFileBytes));
+    m_values = stored.object();
+    m_fileIsForeign = !stored.isObject() && QFileInfo::exists(file);
+}
 
 void Preferences::set(const QString &key, const PreferenceValue &value)
 {
-    m_values.insert(key, value);
-    FileContent::replace(m_file, PreferencesFormat::encoded(m_values));
+    m_values.insert(key, toJson(value));
+    if (std::exchange(m_fileIsForeign, false)) {
+        const QString aside = m_file + QLatin1String(".unreadable");
+        QFile::remove(aside);
+        QFile::rename(m_file, aside);
+    }
+    FileContent::replace(m_file, QJsonDocument(m_values).toJson());
 }
 
 } // namespace tavelo

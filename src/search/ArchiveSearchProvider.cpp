@@ -9,12 +9,13 @@ namespace tavelo {
 QCoro::Task<TorrentResults> ArchiveSearchProvider::search(QString query, std::stop_token stop) const
 {
     const QString source = config().name;
+    constexpr int rows = 30;
     const auto items = co_await OrvellaProvider::search(query, {}, QStringLiteral("downloads desc"),
-                                                        30, 1, std::move(stop));
+                                                        rows, 1, std::move(stop));
     if (!items)
         co_return items.error();
     QList<TorrentResult> results;
-    for (const MediaItem &item : *items)
+    for (const MediaItem &item : items->first(qMin(items->size(), qsizetype(rows))))
         results.append(resultOf(item, source));
     co_return results;
 }

@@ -28,7 +28,7 @@ Result<QUrl> endpoint(const QString &base, const QString &path, const QList<Quer
         url->setPath(folder + path, QUrl::StrictMode);
     }
     QStringList query;
-    if (url->hasQuery())
+    if (!url->query().isEmpty())
         query.append(url->query(QUrl::FullyEncoded));
     for (const QueryItem &item : items)
         query.append(encoded(item.name) + QLatin1Char('=') + encoded(item.value));

@@ -7,11 +7,14 @@
 
 #include <QCoroFuture>
 
+#include <chrono>
+#include <memory>
+
 namespace tavelo {
 
 namespace {
 
-using namespace std::chrono_literals;
+constexpr std::chrono::seconds searchTimeout{15};
 
 } // namespace
 
@@ -32,9 +35,11 @@ QCoro::Task<TorrentResults> HttpSearchProvider::search(QString query, std::stop_
     // A client of its own: the shared one asks six things of a host at a time, and one installation
     // may hold many indexers. Deleted later, after the exchange that uses it.
     const std::unique_ptr<HttpClient, QScopedPointerDeleteLater> client(new HttpClient);
-    const auto body = co_await fetchData(*request, 15s, std::move(stop), *client);
+    const auto body = co_await fetchData(*request, searchTimeout, stop, *client);
     if (!body)
         co_return body.error();
+    if (stop.stop_requested())
+        co_return Error{ErrorKind::Cancelled, {}, 0};
     auto parsed = runOnPool([parse, source, bytes = *body] { return parse(bytes, source); });
     co_return co_await parsed;
 }

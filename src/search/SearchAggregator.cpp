@@ -16,6 +16,13 @@ QString messageOf(const Error &error)
     return error.kind == ErrorKind::TimedOut ? QStringLiteral("Timed out") : error.text;
 }
 
+// Not here: a provider may have sent hundreds of thousands.
+template <typename T>
+void disposeOf(T lists)
+{
+    runOnPool([lists = std::move(lists)] {});
+}
+
 QList<TorrentResult> joined(const QList<QList<TorrentResult>> &lists)
 {
     QList<TorrentResult> all;
@@ -56,11 +63,11 @@ void SearchAggregator::begin(const QString &query, const TorrentSearchProviders 
     QList<ProviderStatus> statuses;
     for (const auto &provider : providers)
         statuses.append({provider->config().id, provider->config().name});
-    m_perProvider = QList<QList<TorrentResult>>(providers.size());
+    disposeOf(std::exchange(m_perProvider, QList<QList<TorrentResult>>(providers.size())));
+    disposeOf(std::exchange(m_results, {}));
     m_unanswered = providers.size();
     m_merging = false;
     m_lastQuery = query;
-    m_results.clear();
     m_statuses = statuses;
     m_isSearching = true;
     Q_EMIT lastQueryChanged();
@@ -78,7 +85,7 @@ QCoro::Task<> SearchAggregator::ask(qsizetype place,
     if (stop.stop_requested())
         co_return;
     take(place, outcome);
-    if (!m_merging && !stop.stop_requested())
+    if (!stop.stop_requested() && !m_merging)
         mergeFlow(stop);
 }
 
@@ -106,7 +113,7 @@ QCoro::Task<> SearchAggregator::mergeFlow(std::stop_token stop)
         if (stop.stop_requested())
             co_return;
         setResults(merged);
-    } while (m_answeredMeanwhile && !stop.stop_requested());
+    } while (!stop.stop_requested() && m_answeredMeanwhile);
     if (stop.stop_requested())
         co_return;
     m_merging = false;
@@ -116,7 +123,7 @@ QCoro::Task<> SearchAggregator::mergeFlow(std::stop_token stop)
 
 void SearchAggregator::setResults(const QList<TorrentResult> &results)
 {
-    m_results = results;
+    disposeOf(std::exchange(m_results, results));
     Q_EMIT resultsChanged();
 }
 

@@ -11,7 +11,8 @@ namespace tavelo {
 
 /// Asks all providers at once and publishes what they find, merged, as they answer. A new search
 /// takes the place of the running one, whose connections are closed and of which nothing more is
-/// published. Main thread only; merging is done on the thread pool.
+/// published. Main thread only; merging is done on the thread pool. Not to be destroyed by whoever
+/// hears of a change.
 class SearchAggregator : public QObject
 {
     Q_OBJECT

@@ -5,6 +5,7 @@
 #include "catalogue/Text.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace tavelo {
 

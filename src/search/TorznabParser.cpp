@@ -15,6 +15,37 @@ bool isTextElement(Key key)
            key == Key::Comments;
 }
 
+// The XML reader compares every attribute of a tag with every other. No honest tag has hundreds; in
+// well-formed documents no "<" lies inside a tag, and only those without zero bytes can be looked
+// through byte by byte.
+bool isHeavy(const QByteArray &body)
+{
+    constexpr int maxAttributes = 500;
+    int equals = 0;
+    int quotes = 0;
+    for (const char c : body) {
+        if (c == '<')
+            equals = quotes = 0;
+        equals += c == '=';
+        quotes += c == '"' || c == '\'';
+        if (c == '\0' || (equals > maxAttributes && quotes > 2 * maxAttributes))
+            return true;
+    }
+    return false;
+}
+
+// Declared entities and attributes let a small document grow without measure.
+bool declaresAnything(QStringView documentType)
+{
+    return documentType.count(QLatin1String("<!")) > 1;
+}
+
+Error malformed(const QString &text)
+{
+    constexpr qsizetype maxCharacters = 200; // it may quote the document
+    return {ErrorKind::Malformed, text.left(maxCharacters), 0};
+}
+
 std::optional<QString> valueOf(const QXmlStreamAttributes &attributes, QLatin1String name)
 {
     for (const QXmlStreamAttribute &attribute : attributes) {
@@ -32,6 +63,8 @@ TorznabParser::TorznabParser(const QString &source)
 
 Result<QList<TorrentResult>> TorznabParser::parse(const QByteArray &body)
 {
+    if (isHeavy(body))
+        return malformed(QStringLiteral("The answer is no Torznab document."));
     QXmlStreamReader reader(body);
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd()) {
@@ -43,6 +76,10 @@ Result<QList<TorrentResult>> TorznabParser::parse(const QByteArray &body)
             if (m_item && !reader.isCDATA())
                 m_text += reader.text();
             break;
+        case QXmlStreamReader::DTD:
+            if (declaresAnything(reader.text()))
+                reader.raiseError(QStringLiteral("The answer declares entities or attributes."));
+            break;
         case QXmlStreamReader::EndElement:
             endElement(reader.qualifiedName());
             break;
@@ -53,7 +90,7 @@ Result<QList<TorrentResult>> TorznabParser::parse(const QByteArray &body)
     if (m_apiError)
         return *m_apiError;
     if (reader.hasError())
-        return Error{ErrorKind::Malformed, reader.errorString(), 0};
+        return malformed(reader.errorString());
     return m_results;
 }
 

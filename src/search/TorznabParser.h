@@ -11,8 +11,8 @@
 namespace tavelo {
 
 /// Reads a Torznab answer: an RSS document whose items describe torrents, or an error element. One
-/// pass; names count as written, prefix included; no external entity is read, and entities that
-/// expand without measure fail the document.
+/// pass; names count as written, prefix included. No external entity is read; a document that
+/// declares entities, or has a tag of hundreds of attributes, is refused.
 class TorznabParser
 {
 public:
@@ -20,8 +20,8 @@ public:
     explicit TorznabParser(const QString &source);
 
     /// The results in document order; items without a title are left out. An error element anywhere
-    /// makes it ErrorKind::Service with the indexer's own description; a document that is no
-    /// well-formed XML is Malformed. Once.
+    /// makes it ErrorKind::Service with the indexer's own description (its code says no more); a
+    /// document that is no well-formed XML is Malformed. Once.
     Result<QList<TorrentResult>> parse(const QByteArray &body);
 
 private:

@@ -5,6 +5,7 @@
 #include "catalogue/NetError.h"
 #include "catalogue/Text.h"
 #include "platform/Json.h"
+#include "platform/TextBudget.h"
 #include "search/JsonBody.h"
 #include "torrent/Magnet.h"
 
@@ -88,11 +89,17 @@ Result<QList<TorrentResult>> parseYTS(const QByteArray &body, const QString &sou
     if (!data.isObject())
         return NetError::empty();
     QList<TorrentResult> results;
+    qsizetype budget = textBudget(body.size());
     for (const QJsonObject &object : objectsOrNone(data.toObject(), QLatin1String("movies"))) {
         const Movie movie = movieOf(object);
         for (const QJsonObject &torrent : objectsOrNone(object, QLatin1String("torrents"))) {
-            if (const auto result = resultOf(movie, torrent, source))
-                results.append(*result);
+            const auto result = resultOf(movie, torrent, source);
+            if (!result)
+                continue;
+            results.append(*result);
+            budget -= result->title.size();
+            if (budget < 0)
+                return Error{ErrorKind::Malformed, QStringLiteral("The answer is too large."), 0};
         }
     }
     return results;

@@ -14,12 +14,12 @@ namespace tavelo {
 struct HistoryEntry
 {
     Q_GADGET
-    Q_PROPERTY(QString key MEMBER key)
-    Q_PROPERTY(QString title MEMBER title)
-    Q_PROPERTY(bool isLocal MEMBER isLocal)
-    Q_PROPERTY(double position MEMBER position)
-    Q_PROPERTY(double duration MEMBER duration)
-    Q_PROPERTY(QDateTime lastPlayed MEMBER lastPlayed)
+    Q_PROPERTY(QString key MEMBER key CONSTANT)
+    Q_PROPERTY(QString title MEMBER title CONSTANT)
+    Q_PROPERTY(bool isLocal MEMBER isLocal CONSTANT)
+    Q_PROPERTY(double position MEMBER position CONSTANT)
+    Q_PROPERTY(double duration MEMBER duration CONSTANT)
+    Q_PROPERTY(QDateTime lastPlayed MEMBER lastPlayed CONSTANT)
 
 public:
     QString key;    // what was played; one entry a key

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "torrent/BencodeParser.h"
 
+#include "platform/Decimal.h"
 #include "torrent/TorrentParseError.h"
-
-#include <charconv>
 
 namespace tavelo {
 
@@ -13,20 +12,6 @@ namespace {
 bool isDigit(char c)
 {
     return c >= '0' && c <= '9';
-}
-
-// An optional sign and digits, in 64 bits.
-std::optional<qint64> decimal(QByteArrayView text)
-{
-    // from_chars knows no plus sign, and must not see a minus behind one.
-    if (text.startsWith('+')) {
-        text = text.sliced(1);
-        if (text.isEmpty() || !isDigit(text.front()))
-            return {};
-    }
-    qint64 value = 0;
-    const auto [end, error] = std::from_chars(text.begin(), text.end(), value);
-    return error == std::errc() && end == text.end() ? std::optional(value) : std::nullopt;
 }
 
 } // namespace

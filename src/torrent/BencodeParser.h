@@ -8,7 +8,7 @@
 namespace tavelo {
 
 /// Reads one bencoded value (BEP 3): strict about its form, indifferent to the order of keys and to
-/// what follows it. Memory is at most 8 bytes for each byte of the input, and nesting ends at 40
+/// what follows it. Memory is at most 24 bytes for each byte of the input, and nesting ends at 40
 /// levels. The values are views into the parser.
 class BencodeParser
 {

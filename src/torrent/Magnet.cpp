@@ -9,6 +9,8 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 
 namespace tavelo {
 
@@ -18,6 +20,7 @@ constexpr QLatin1String scheme("magnet:");
 constexpr QLatin1String hashPrefix("urn:btih:");
 constexpr qsizetype hexDigits = 40;
 constexpr qsizetype base32Digits = 32;
+constexpr qsizetype maxCharacters = 65'536; // of a link
 
 QString encoded(const QString &value)
 {
@@ -25,16 +28,36 @@ QString encoded(const QString &value)
                                 : QString();
 }
 
-// The text as it may be handed on: a link that needs repair is repaired the way a browser does it.
+bool isEscape(const QByteArray &text, qsizetype at)
+{
+    const auto isHex = [&](qsizetype place) {
+        return place < text.size() && std::isxdigit(uchar(text[place]));
+    };
+    return text[at] == '%' && isHex(at + 1) && isHex(at + 2);
+}
+
+// With what no URL holds escaped (RFC 3986): people paste links that have spaces and signs in them.
+QByteArray repaired(const QByteArray &text)
+{
+    QByteArray link;
+    link.reserve(text.size());
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const char c = text[at];
+        const bool stands = c > ' ' && c < 0x7F && !std::strchr("\"%<>\\^`{|}", c);
+        if (stands || isEscape(text, at))
+            link += c;
+        else
+            link += '%' + QByteArray(1, c).toHex().toUpper();
+    }
+    return link;
+}
+
 std::optional<QByteArray> linkIn(const QString &text)
 {
     const QString link = text.trimmed();
-    if (!link.startsWith(scheme))
-        return {};
-    if (QUrl(link, QUrl::StrictMode).isValid())
-        return link.toUtf8();
-    const QUrl repaired(link, QUrl::TolerantMode);
-    return repaired.isValid() ? std::optional(repaired.toEncoded()) : std::nullopt;
+    return link.startsWith(scheme) && link.size() <= maxCharacters
+               ? std::optional(repaired(link.toUtf8()))
+               : std::nullopt;
 }
 
 struct Parameter
@@ -75,7 +98,7 @@ std::optional<QString> firstNamed(const QList<Parameter> &parameters, QLatin1Str
 
 bool isHexDigit(QChar c)
 {
-    return c.unicode() < 0x80 && std::isxdigit(c.unicode());
+    return c.unicode() < 0x80 && std::isxdigit(int(c.unicode()));
 }
 
 // In the link's letter case when it is hexadecimal there.

@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "platform/TextBudget.h"
 #include "platform/Utf8.h"
 #include "torrent/BencodeParser.h"
 #include "torrent/InfoHash.h"
 #include "torrent/Magnet.h"
 #include "torrent/TorrentMetadata.h"
 #include "torrent/TorrentParseError.h"
+
+#include <algorithm>
 
 namespace tavelo::TorrentMetadata {
 
@@ -44,7 +47,9 @@ std::optional<qint64> lengthOf(const Bencode &entry)
     return length ? length->integer() : std::nullopt;
 }
 
-QList<TorrentFileEntry> filesOf(const Bencode &info, const QString &name)
+// Absent when the paths, each of which repeats the torrent's name, outgrow `budget` characters.
+std::optional<QList<TorrentFileEntry>> filesOf(const Bencode &info, const QString &name,
+                                               qsizetype budget)
 {
     QList<TorrentFileEntry> files;
     const auto list = info.value("files");
@@ -54,8 +59,13 @@ QList<TorrentFileEntry> filesOf(const Bencode &info, const QString &name)
         return files;
     }
     for (const Bencode &file : list->elements()) {
-        if (const auto length = lengthOf(file))
-            files.append({pathOf(file, name), *length});
+        const auto length = lengthOf(file);
+        if (!length)
+            continue;
+        files.append({pathOf(file, name), *length});
+        budget -= files.last().path.size();
+        if (budget < 0)
+            return {};
     }
     return files;
 }
@@ -98,7 +108,10 @@ Result<TorrentInfo> parseTorrent(const QByteArray &data)
     TorrentInfo torrent;
     torrent.name = nameOf(*info);
     torrent.infoHash = infoHashOf(*slice);
-    torrent.files = filesOf(*info, torrent.name);
+    auto files = filesOf(*info, torrent.name, textBudget(data.size()));
+    if (!files)
+        return TorrentParseError();
+    torrent.files = *std::move(files);
     torrent.trackers = trackersOf(*root);
     torrent.magnet = makeMagnet(torrent.infoHash, torrent.name);
     return torrent;

@@ -15,8 +15,8 @@ namespace tavelo {
 struct TorrentFileEntry
 {
     Q_GADGET
-    Q_PROPERTY(QString path MEMBER path)
-    Q_PROPERTY(qint64 size MEMBER size)
+    Q_PROPERTY(QString path MEMBER path CONSTANT)
+    Q_PROPERTY(qint64 size MEMBER size CONSTANT)
 
 public:
     QString path;    // starts with the torrent's name; components joined by "/"; for display only

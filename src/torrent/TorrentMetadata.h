@@ -13,7 +13,7 @@ namespace tavelo::TorrentMetadata {
 Result<TorrentInfo> parseTorrent(const QByteArray &data);
 
 /// Reads a magnet link (BEP 9) whose info hash is hexadecimal or base32 (RFC 4648, 6). Absent when
-/// the text is no such link.
+/// the text is no such link, or longer than 64 KiB.
 std::optional<TorrentInfo> parseMagnet(const QString &text);
 
 /// The bytes of a base32 text (RFC 4648, 6; unpadded, in either letter case) as lowercase

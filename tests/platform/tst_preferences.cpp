@@ -92,8 +92,12 @@ private Q_SLOTS:
                          !preferences.boolean(key) && !preferences.bytes(key),
                      key);
         }
-        preferences.set("n", qint64(7));
-        QCOMPARE(Preferences(m_file).integer("n"), 7);
+        preferences.set("new", qint64(7));
+        QCOMPARE(Preferences(m_file).integer("new"), 7);
+        // What was there is there still: beside, or under its own names.
+        const QByteArray aside = contentOf(m_file + ".unreadable");
+        QVERIFY(aside == content || contentOf(m_file).contains("1.5"));
+        QFile::remove(m_file + ".unreadable");
     }
 
     void neverWaitsForAPipe()

@@ -75,6 +75,9 @@ private Q_SLOTS:
              R"({"name":"x","info_hash":"0123456789abcdef0123456789abcde"},)"
              R"({"name":"N","info_hash":"HASH"}])",
              {line("N", "-|-|-")});
+        body("32 characters, a zero first",
+             R"([{"name":"N","info_hash":"0123456789abcdef0123456789ABCDEF"}])",
+             {"0123456789abcdef0123456789abcdef|N|-|-|-"});
         body("an object", R"({"error":"no"})", {"error: Empty response"});
         body("not only objects", R"([{"name":"N","info_hash":"HASH"},1])",
              {"error: Empty response"});
@@ -123,6 +126,9 @@ private Q_SLOTS:
         movie("without a title or quality",
               R"("title":7,"year":"1999","torrents":[{"hash":"HASH","type":"web"}])",
               {line("Untitled (?)  web", "-|-|-")});
+        movie("line breaks stay",
+              R"("title":"T\n","year":1999.5,"torrents":[{"hash":"HASH","size_bytes":-5.9}])",
+              {line("T\n (?)", "-5|-|-")});
         const auto body = rowsIn();
         const QStringList empty{"error: Empty response"};
         body("movies null", R"({"data":{"movies":null}})", {});
@@ -155,6 +161,15 @@ private Q_SLOTS:
         QCOMPARE(results->at(0).infoHash, "aa");
         QCOMPARE(results->at(0).torrentURL, QUrl("https://y.example/t/AA"));
         QVERIFY(!results->at(1).torrentURL);
+    }
+
+    void ytsRefusesAnAnswerThatSwells()
+    {
+        const QByteArray torrents = QByteArray(R"({"hash":"a"},)").repeated(3000).chopped(1);
+        QByteArray body = R"({"data":{"movies":[{"title":"TITLE","torrents":[TORRENTS]}]}})";
+        body.replace("TORRENTS", torrents);
+        QVERIFY(parseYTS(body, "S"));
+        QVERIFY(!parseYTS(body.replace("TITLE", QByteArray(30'000, 't')), "S"));
     }
 
     void saysWhatIsWrongWithJson()

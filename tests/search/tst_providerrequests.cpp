@@ -41,6 +41,7 @@ private Q_SLOTS:
             "http://h/a%2Fb%20c/q.php?q=x&cat=200");
         row("a query of its own", apiBay, "http://h/?key=a%26b&key=2", "x",
             "http://h/q.php?key=a%26b&key=2&q=x&cat=200");
+        row("an empty query of its own", apiBay, "http://h/?", "x", "http://h/q.php?q=x&cat=200");
         row("blanks around", apiBay, " \thttp://h \t", "x", "http://h/q.php?q=x&cat=200");
         row("a line break around", apiBay, "http://h\n", "x", "");
         row("no scheme", apiBay, "h.example", "x", "");

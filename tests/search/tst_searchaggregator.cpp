@@ -24,6 +24,31 @@ QByteArray rows(const QByteArrayList &firstDigits)
     return "[" + all.join(',') + "]";
 }
 
+/// Answers before it is waited for.
+class AtOnce : public TorrentSearchProvider
+{
+public:
+    explicit AtOnce(const TorrentResults &answer)
+        : TorrentSearchProvider({.name = "at once"})
+        , m_answer(answer)
+    {}
+    QCoro::Task<TorrentResults> search(QString, std::stop_token) const override
+    {
+        co_return m_answer;
+    }
+
+private:
+    TorrentResults m_answer;
+};
+
+std::shared_ptr<const TorrentSearchProvider> atOnce(const QString &title)
+{
+    TorrentResult result;
+    result.id = result.title = title;
+    result.sources = QStringList{"at once"};
+    return std::make_shared<AtOnce>(QList<TorrentResult>{result});
+}
+
 } // namespace
 
 class TestSearchAggregator : public QObject
@@ -118,17 +143,9 @@ private Q_SLOTS:
 
     void saysWhenTimeIsUp()
     {
-        class Late : public TorrentSearchProvider
-        {
-        public:
-            using TorrentSearchProvider::TorrentSearchProvider;
-            QCoro::Task<TorrentResults> search(QString, std::stop_token) const override
-            {
-                co_return Error{ErrorKind::TimedOut, "in the library's words", 0};
-            }
-        };
-        m_aggregator.search("x", {std::make_shared<Late>(ProviderConfig{.name = "late"})});
-        QCOMPARE(states(), "late: Timed out");
+        m_aggregator.search("x", {std::make_shared<AtOnce>(
+                                     Error{ErrorKind::TimedOut, "in the library's words", 0})});
+        QCOMPARE(states(), "at once: Timed out");
         QTRY_VERIFY(!m_aggregator.isSearching());
     }
 
@@ -162,17 +179,34 @@ private Q_SLOTS:
 
     void publishesNothingOfASupersededAnswer()
     {
-        // The older answers are there, and being parsed or merged, when the newer search starts.
-        const auto provided = provider("p", {.body = rows({"a"})});
-        for (int turn = 0; turn < 20; ++turn) {
-            m_aggregator.search("older", {provided, provided});
-            const auto count = m_server.requests().size();
-            QTRY_VERIFY(m_server.requests().size() > count - 1);
-            for (int i = 0; i < turn; ++i)
-                QCoreApplication::processEvents();
-            m_aggregator.search("newer", {});
-            QTRY_VERIFY(!m_aggregator.isSearching());
-            QVERIFY(titles().isEmpty() && states().isEmpty());
+        // The older search's answer is being merged when the newer one starts.
+        QSignalSpy changes(&m_aggregator, &SearchAggregator::resultsChanged);
+        m_aggregator.search("older", {atOnce("old")});
+        m_aggregator.search("newer", {atOnce("new")});
+        QTRY_VERIFY(!m_aggregator.isSearching());
+        QCOMPARE(titles(), QStringList{"new from at once"});
+        QCOMPARE(changes.size(), 3); // emptied twice, filled once
+    }
+
+    void aSearchFromWithinAChangeIsTheNewerOne()
+    {
+        for (const auto change :
+             {&SearchAggregator::lastQueryChanged, &SearchAggregator::statusesChanged,
+              &SearchAggregator::resultsChanged}) {
+            QSignalSpy ends(&m_aggregator, &SearchAggregator::isSearchingChanged);
+            int heard = 0;
+            QObject listener;
+            connect(&m_aggregator, change, &listener, [&] {
+                if (++heard == 2)
+                    m_aggregator.search("inner", {atOnce("in")});
+            });
+            m_aggregator.search("outer", {atOnce("out"), provider("hangs", {.silent = true})});
+            if (heard < 2)
+                m_aggregator.search("outer", {provider("hangs", {.silent = true})});
+            QTRY_VERIFY(heard >= 2 && !m_aggregator.isSearching());
+            QCOMPARE(m_aggregator.lastQuery(), "inner");
+            QCOMPARE(titles(), QStringList{"in from at once"});
+            QCOMPARE(states(), "at once 1");
         }
     }
 
@@ -231,7 +265,13 @@ private Q_SLOTS:
         QCOMPARE(result.year, "1950");
         QCOMPARE(result.license, "http://l");
         QCOMPARE(result.pageURL, QUrl(m_server.base() + "/details/i"));
-        QVERIFY(m_server.requests().at(0).target.contains("rows=30"));
+        const QByteArray target = m_server.requests().at(0).target;
+        QVERIFY(target.contains("rows=30") && target.contains("=downloads%20desc"));
+        m_server.serve("/advancedsearch.php", {.silent = true});
+        m_aggregator.search("x", {makeProvider(config)});
+        QTRY_COMPARE(m_server.openRequests(), 1);
+        m_aggregator.search("y", {});
+        QTRY_COMPARE(m_server.openRequests(), 0);
     }
 
     void theRegistryEditsTheSettings()

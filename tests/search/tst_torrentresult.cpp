@@ -99,12 +99,17 @@ private Q_SLOTS:
         second.size = 5;
         second.year = "1999";
         second.seeders = 7;
+        second.leechers = 9;
+        second.torrentURL = QUrl("http://second");
+        second.license = "second";
+        second.archiveID = "second";
         TorrentResult third = hashed("aBc", "Y");
+        third.size = 6;
         third.magnet = "magnet:?third";
         third.pageURL = QUrl("http://p");
         third.torrentURL = QUrl("http://t");
         third.seeders = 3;
-        third.leechers = 0;
+        third.leechers = 2;
         // The same text as id and as hash is one key.
         const auto merged = mergeResults({result("z", "1"), first, second, result("z", "2"), third,
                                           result("abc", "0"), hashed("other", "1")});
@@ -112,10 +117,10 @@ private Q_SLOTS:
         TorrentResult expected = first;
         expected.sources = {"0", "A", "Y"};
         expected.seeders = 7;
-        expected.leechers = 0;
+        expected.leechers = 9;
         expected.size = 5;
         expected.magnet = "magnet:?second";
-        expected.torrentURL = QUrl("http://t");
+        expected.torrentURL = QUrl("http://second");
         expected.pageURL = QUrl("http://p");
         QCOMPARE(merged.at(0).sources, QStringList({"1", "2"}));
         QVERIFY(merged.at(1) == expected);

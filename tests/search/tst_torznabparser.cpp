@@ -96,6 +96,7 @@ private Q_SLOTS:
         row("enclosure wins over link",
             "<link>http://h/page</link>" + enclosure("url='" + web + "' length='1234'"),
             {"torrent=" + web, "size=1234"});
+        row("magnet link that is no URL", "<link>magnet:?dn=a b</link>", {});
         row("enclosure of another scheme", "<link>http://h/t</link>" + enclosure("url='ftp://h/t'"),
             {});
         row("the last of two enclosures",
@@ -112,6 +113,7 @@ private Q_SLOTS:
         row("and the other way", attr("size", "2") + "<size>1</size>", {"size=1"});
         row("any prefix", "<attr name='seeders' value='1'/><n:attr name='peers' value='3'/>",
             {"seeders=1", "leechers=2"});
+        row("attr only at the end", "<attrs name='seeders' value='1'/>", {});
         row("no value", "<attr name='seeders'/><attr value='3'/>", {});
         row("prefixed elements are others", "<n:guid>g</n:guid><Guid>h</Guid>", {});
         row("text after an element inside", "<guid>a<b>x</b>c</guid>", {"id=xc"});
@@ -186,6 +188,42 @@ private Q_SLOTS:
                                     "]><rss><item><title>&a11;</title></item></rss>");
         QVERIFY(!results);
         QCOMPARE(results.error().kind, ErrorKind::Malformed);
+    }
+
+    void refusesWhatGrows_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        const QByteArray text(4000, 'a');
+        QTest::newRow("one entity, often") << "<!DOCTYPE rss [<!ENTITY a '" + text + "'>]><rss>" +
+                                                  QByteArray("&a;").repeated(10'000) + "</rss>";
+        QTest::newRow("default attributes") << "<!DOCTYPE rss [<!ATTLIST e x CDATA '" + text +
+                                                   "'>]><rss>" +
+                                                   QByteArray("<e/>").repeated(10'000) + "</rss>";
+        QByteArray attributes;
+        for (int i = 0; i < 100'000; ++i)
+            attributes += " a" + QByteArray::number(i) + "='>'";
+        QTest::newRow("attributes") << "<rss><!-- ' --><e" + attributes + "/></rss>";
+    }
+    void refusesWhatGrows()
+    {
+        QFETCH(QByteArray, document);
+        const auto results = parsed(document);
+        QVERIFY(!results);
+        QCOMPARE(results.error().kind, ErrorKind::Malformed);
+    }
+
+    void readsALongDescription()
+    {
+        const QByteArray talk = "It's a film, isn't it? a = 'b' &lt;p class=\"x\"&gt; ";
+        QVERIFY(parsed(feed(item("<description>" + talk.repeated(200) + "</description>"))));
+        QVERIFY(parsed("<!DOCTYPE rss>" + feed(item("")).sliced(38)));
+    }
+
+    void saysItShortly()
+    {
+        const auto results = parsed(feed("&" + QByteArray(5000, 'x') + ";"));
+        QVERIFY(!results);
+        QVERIFY(results.error().text.size() <= 200);
     }
 
     void readsNoFileForAnEntity()

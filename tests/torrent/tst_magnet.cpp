@@ -70,6 +70,9 @@ private Q_SLOTS:
         row("name without a value", plain + "&dn&dn=second", hex, hex);
         row("a plus stays", plain + "&dn=a+b%20c", hex, "a+b c");
         row("spaces inside", plain + "&dn=a b", hex, "a b");
+        row("a lone sign beside escapes", plain + "&dn=100% of%20it&tr=udp%3A%2F%2Fh", hex,
+            "100% of it", {"udp://h"});
+        row("beyond ASCII", plain + u"&dn=\u00E9|x"_qs, hex, u"\u00E9|x"_qs);
         row("not UTF-8", plain + "&dn=%FF", hex, u"\uFFFD"_qs);
         row("a fragment", plain + "#&dn=no", hex, hex);
         row("topic last", "magnet:?dn=x&xt=urn:btih:" + hex, hex, "x");
@@ -112,7 +115,8 @@ private Q_SLOTS:
                                 "magnet:#?xt=urn:btih:" + hex,
                                 "Magnet:?xt=urn:btih:" + hex,
                                 "https://example.org/?xt=urn:btih:" + hex,
-                                hex};
+                                hex,
+                                plain + "&dn=" + QString(70'000, 'x')};
         for (qsizetype i = 0; i < texts.size(); ++i)
             QTest::addRow("%lld %s", i, qPrintable(texts.at(i).left(28))) << texts.at(i);
     }

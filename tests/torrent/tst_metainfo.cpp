@@ -125,7 +125,7 @@ private Q_SLOTS:
         const QByteArray announceList = text("announce-list");
         QTest::newRow("none") << QByteArray() << QStringList();
         QTest::newRow("sorted, once each")
-            << text("announce") + text("a") + announceList + "ll1:b1:ael1:cee"
+            << text("announce") + text("c") + announceList + "ll1:b1:cel1:aee"
             << QStringList{"a", "b", "c"};
         QTest::newRow("other kinds")
             << text("announce") + number(1) + announceList + "l1:xd1:kl1:zeel1:b" + number(1) + "ee"
@@ -153,6 +153,16 @@ private Q_SLOTS:
         const auto read = TorrentMetadata::parseTorrent(data);
         QVERIFY(!read);
         QCOMPARE(read.error().text, "Not a valid .torrent file");
+    }
+
+    void refusesAFileThatSwells()
+    {
+        QByteArrayList entries;
+        for (int i = 0; i < 4000; ++i)
+            entries.append(text("length") + number(1));
+        const QByteArray name = text("name") + text(QByteArray(40'000, 'n'));
+        QVERIFY(!TorrentMetadata::parseTorrent(torrent(files(entries) + name)));
+        QVERIFY(TorrentMetadata::parseTorrent(torrent(files(entries) + text("name") + text("n"))));
     }
 
     void sumsWithoutOverflow()
