@@ -72,4 +72,8 @@ function(tavelo_test target)
     set(environment LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb ASAN_OPTIONS=detect_leaks=0)
   endif()
   set_tests_properties(${target} PROPERTIES TIMEOUT 180 ENVIRONMENT "${environment}")
+  if(ARG_WINDOW)
+    # Only one window of a display has the keyboard.
+    set_tests_properties(${target} PROPERTIES RESOURCE_LOCK display)
+  endif()
 endfunction()
