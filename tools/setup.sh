@@ -7,7 +7,7 @@ build_packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-declarative-dev-tools
   qt6-declarative-private-dev qt6-svg-dev libgl-dev
-  qcoro-qt6-dev libmpv-dev libssl-dev
+  qcoro-qt6-dev libglib2.0-dev libmpv-dev libssl-dev
 )
 start_packages=(
   qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
@@ -17,7 +17,7 @@ start_packages=(
 )
 demo_packages=(ffmpeg)
 hidden_display_packages=(xvfb xauth)
-test_packages=("${demo_packages[@]}" "${hidden_display_packages[@]}")
+test_packages=("${demo_packages[@]}" "${hidden_display_packages[@]}" dbus-daemon)
 
 is_installed() {
   [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
