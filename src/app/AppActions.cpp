@@ -4,6 +4,7 @@
 
 #include "catalogue/FetchData.h"
 #include "platform/FileContent.h"
+#include "platform/HttpClient.h"
 #include "platform/ThreadPool.h"
 #include "storage/DownloadName.h"
 #include "torrent/TorrentMetadata.h"
@@ -18,16 +19,27 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Keeps a copy at `path`, for the user's own application; one that fails is missed there only.
-Result<TorrentInfo> keepAndParse(const QByteArray &bytes, const QString &path)
+Result<TorrentInfo> parsedFrom(const QByteArray &bytes, const QString &path)
 {
-    FileContent::replace(path, bytes);
     Result<TorrentInfo> torrent = TorrentMetadata::parseTorrent(bytes);
     if (!torrent)
         return torrent;
     TorrentInfo info = *std::move(torrent);
     info.fileURL = QUrl::fromLocalFile(path);
     return info;
+}
+
+// Keeps a copy at `path`, for the user's own application; one that fails is missed there only.
+Result<TorrentInfo> keepAndParse(const QByteArray &bytes, const QString &path)
+{
+    FileContent::replace(path, bytes);
+    return parsedFrom(bytes, path);
+}
+
+Result<TorrentInfo> readAndParse(const QString &path)
+{
+    const auto bytes = FileContent::load(path, HttpClient::maxBodyBytes);
+    return bytes ? parsedFrom(*bytes, path) : Result<TorrentInfo>(bytes.error());
 }
 
 } // namespace
@@ -76,12 +88,11 @@ void AppState::inspectTorrentURL(const QUrl &url)
 QCoro::Task<> AppState::inspectFlow(QUrl url)
 {
     const QPointer<AppState> self(this);
-    const QString failed = QStringLiteral("Couldn't read torrent: ");
     const auto bytes = co_await fetchData(url, 25s);
     if (!self)
         co_return;
     if (!bytes)
-        co_return setNotice(failed + bytes.error().text);
+        co_return setInspected(bytes.error());
     const auto folder = m_cache.torrentDir();
     const QString name = QFileInfo(downloadName(url)).completeBaseName();
     const QString path = (folder ? *folder : m_settings.cachePath()) + QLatin1Char('/') + name +
@@ -90,16 +101,74 @@ QCoro::Task<> AppState::inspectFlow(QUrl url)
     const auto torrent = co_await parsing;
     if (!self)
         co_return;
-    if (!torrent)
-        co_return setNotice(failed + torrent.error().text);
-    setInspector(*torrent);
-    m_cache.refresh();
+    setInspected(torrent);
+    if (torrent)
+        m_cache.refresh();
+}
+
+void AppState::inspectTorrentFile(const QUrl &file)
+{
+    inspectFileFlow(file.toLocalFile());
+}
+
+QCoro::Task<> AppState::inspectFileFlow(QString path)
+{
+    const QPointer<AppState> self(this);
+    const auto parsing = runOnPool([path] { return readAndParse(path); });
+    const auto torrent = co_await parsing;
+    if (self)
+        setInspected(torrent);
+}
+
+void AppState::setInspected(const Result<TorrentInfo> &torrent)
+{
+    if (torrent)
+        setInspector(*torrent);
+    else
+        setNotice(QStringLiteral("Couldn't read torrent: ") + torrent.error().text);
 }
 
 void AppState::setInspector(const TorrentInfo &torrent)
 {
     m_inspector = torrent;
     Q_EMIT inspectorChanged();
+}
+
+void AppState::openExternally(const QString &address)
+{
+    openFlow(address);
+}
+
+QCoro::Task<> AppState::openFlow(QString address)
+{
+    const QPointer<AppState> self(this);
+    const auto application = co_await m_workspace->applicationFor(address);
+    if (!self)
+        co_return;
+    if (application)
+        co_return (void) tellFailure(m_workspace->open(address));
+    const bool magnet = address.startsWith(QLatin1String("magnet:"));
+    setNotice(QStringLiteral("No app on this Mac is registered to open %1. "
+                             "Install a BitTorrent client to use it.")
+                  .arg(magnet ? QLatin1String("magnet links") : QLatin1String(".torrent files")));
+}
+
+void AppState::openWebPage(const QUrl &url)
+{
+    tellFailure(m_workspace->openWebPage(url));
+}
+
+void AppState::showInFileManager(const QUrl &file)
+{
+    tellFailure(m_workspace->showInFileManager(file.toLocalFile()));
+}
+
+QCoro::Task<> AppState::tellFailure(QCoro::Task<Workspace::Outcome> deed)
+{
+    const QPointer<AppState> self(this);
+    const auto error = co_await deed;
+    if (self && error)
+        setNotice(error->text);
 }
 
 } // namespace tavelo

@@ -25,12 +25,14 @@ QVariant variantOf(const std::optional<T> &value)
 
 } // namespace
 
-AppState::AppState(VideoPlayerManager::EngineFactory makeEngine, QObject *parent)
+AppState::AppState(VideoPlayerManager::EngineFactory makeEngine,
+                   std::unique_ptr<Workspace> workspace, QObject *parent)
     : QObject(parent)
     , m_cache(m_settings)
     , m_downloads(m_settings)
     , m_registry(m_settings)
     , m_playback(m_library, std::move(makeEngine))
+    , m_workspace(std::move(workspace))
 {
     connect(&m_library, &LibraryStore::historyChanged, this, &AppState::recentlyViewedChanged);
     connect(this, &AppState::featuredChanged, this, &AppState::suggestionsChanged);

@@ -5,6 +5,7 @@
 #include "app/SidebarSection.h"
 #include "catalogue/Collection.h"
 #include "catalogue/MediaItem.h"
+#include "platform/Workspace.h"
 #include "playback/PlaybackCoordinator.h"
 #include "search/ProviderRegistry.h"
 #include "search/SearchAggregator.h"
@@ -14,6 +15,7 @@
 
 #include <QCoroTask>
 
+#include <memory>
 #include <optional>
 
 namespace tavelo {
@@ -55,7 +57,8 @@ class AppState : public QObject
     Q_PROPERTY(tavelo::PlaybackCoordinator *playback READ playback CONSTANT)
 
 public:
-    explicit AppState(VideoPlayerManager::EngineFactory makeEngine, QObject *parent = nullptr);
+    AppState(VideoPlayerManager::EngineFactory makeEngine, std::unique_ptr<Workspace> workspace,
+             QObject *parent = nullptr);
     ~AppState() override;
 
     SidebarSection section() const { return m_section; }
@@ -134,6 +137,13 @@ public:
     Q_INVOKABLE void inspectMagnet(const QString &text);
     /// Fetches a .torrent file, keeps a copy in the cache, and shows what it says.
     Q_INVOKABLE void inspectTorrentURL(const QUrl &url);
+    /// Shows what a local .torrent file says.
+    Q_INVOKABLE void inspectTorrentFile(const QUrl &file);
+    /// Hands a magnet link or a .torrent file to the user's own application for it.
+    Q_INVOKABLE void openExternally(const QString &address);
+    /// An http or https address, in the user's browser.
+    Q_INVOKABLE void openWebPage(const QUrl &url);
+    Q_INVOKABLE void showInFileManager(const QUrl &file);
 
 Q_SIGNALS:
     void sectionChanged();
@@ -162,6 +172,10 @@ private:
     QCoro::Task<> searchFlow(QString text);
     QCoro::Task<> collectionFlow(QString query);
     QCoro::Task<> inspectFlow(QUrl url);
+    QCoro::Task<> inspectFileFlow(QString path);
+    QCoro::Task<> openFlow(QString address);
+    QCoro::Task<> tellFailure(QCoro::Task<Workspace::Outcome> deed);
+    void setInspected(const Result<TorrentInfo> &torrent);
     void setDiscoverLoading(bool loading);
     void setInspector(const TorrentInfo &torrent);
     void setHomeLoading(bool loading);
@@ -192,6 +206,7 @@ private:
     DownloadManager m_downloads;
     ProviderRegistry m_registry;
     PlaybackCoordinator m_playback;
+    std::unique_ptr<Workspace> m_workspace;
 };
 
 } // namespace tavelo

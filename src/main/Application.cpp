@@ -3,6 +3,7 @@
 #include "main/Application.h"
 
 #include "platform/MediaEngine.h"
+#include "platform/desktop/GioWorkspace.h"
 #include "ui/UiModule.h"
 
 #include <QIcon>
@@ -35,7 +36,8 @@ Application::Application(int &argc, char **argv)
 
 bool Application::show()
 {
-    m_state = std::make_unique<AppState>([] { return MediaEngine::create(); });
+    m_state = std::make_unique<AppState>([] { return MediaEngine::create(); },
+                                         std::make_unique<GioWorkspace>());
     // Whoever looks at an item may play it next.
     QObject::connect(m_state.get(), &AppState::selectedItemChanged, &MediaEngine::preload);
     m_engine = std::make_unique<QQmlApplicationEngine>();

@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppState.h"
 #include "app/Suggestions.h"
+#include "platform/FileContent.h"
 #include "platform/ServiceHosts.h"
 #include "platform/StandardFolders.h"
+#include "testlib/FakeWorkspace.h"
 #include "testlib/FaultServer.h"
 
 #include <QDir>
@@ -43,6 +45,7 @@ class tst_AppState : public QObject
 private:
     QTemporaryDir m_folder;
     FaultServer m_server;
+    QStringList m_handed;
     std::unique_ptr<AppState> m_state;
 
 private Q_SLOTS:
@@ -56,7 +59,9 @@ private Q_SLOTS:
     {
         m_server.forgetRequests();
         m_server.setListening(true);
-        m_state = std::make_unique<AppState>([] { return nullptr; });
+        m_state = std::make_unique<AppState>([] { return nullptr; },
+                                             std::make_unique<FakeWorkspace>(m_handed));
+        m_handed.clear();
         m_state->library()->clear();
     }
 
@@ -260,6 +265,52 @@ private Q_SLOTS:
         if (notice.isEmpty())
             QCOMPARE(m_state->inspector()->fileURL, QUrl::fromLocalFile(folder.filePath(copy)));
         QVERIFY(folder.removeRecursively());
+    }
+
+    void inspectsLocalTorrents()
+    {
+        const QString path = m_folder.filePath("Some.TORRENT");
+        const QUrl file = QUrl::fromLocalFile(path);
+        m_state->inspectTorrentFile(file);
+        QTRY_VERIFY(m_state->notice());
+        QVERIFY(m_state->notice()->startsWith("Couldn't read torrent: "));
+        QVERIFY(FileContent::replace(path, "d4:infod6:lengthi5e4:name3:fooee"));
+        m_state->inspectTorrentFile(file);
+        QTRY_VERIFY(m_state->inspector());
+        QCOMPARE(m_state->inspector()->name, "foo");
+        QCOMPARE(m_state->inspector()->fileURL, file);
+    }
+
+    void handsOverToOtherApplications_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("handed");
+        QTest::addColumn<QString>("notice");
+        const QString none = "No app on this Mac is registered to open %1. "
+                             "Install a BitTorrent client to use it.";
+        QTest::newRow("magnet") << "magnet:?dn=a%2Db"
+                                << "open magnet:?dn=a%2Db"
+                                << "";
+        QTest::newRow("file") << "file:///a.torrent"
+                              << "open file:///a.torrent"
+                              << "";
+        QTest::newRow("cannot be started") << "magnet:broken"
+                                           << ""
+                                           << "Cannot be started";
+        QTest::newRow("no application") << "magnet:none"
+                                        << "" << none.arg("magnet links");
+        QTest::newRow("capitals") << "MAGNET:none"
+                                  << "" << none.arg(".torrent files");
+        QTest::newRow("no scheme") << "none"
+                                   << "" << none.arg(".torrent files");
+    }
+    void handsOverToOtherApplications()
+    {
+        QFETCH(QString, address);
+        m_state->openExternally(address);
+        QTRY_VERIFY(!m_handed.isEmpty() || m_state->notice());
+        QTEST(m_handed.join('\n'), "handed");
+        QTEST(m_state->notice().value_or(QString()), "notice");
     }
 
     void sections()

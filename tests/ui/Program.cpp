@@ -5,6 +5,7 @@
 #include "platform/MediaEngine.h"
 #include "platform/ServiceHosts.h"
 #include "platform/StandardFolders.h"
+#include "testlib/FakeWorkspace.h"
 #include "ui/UiModule.h"
 
 #include <QFile>
@@ -92,7 +93,8 @@ void Program::serveFiles(const QByteArray &id, const QStringList &names, bool re
 
 bool Program::show()
 {
-    m_state = std::make_unique<AppState>([] { return MediaEngine::create({.headless = false}); });
+    m_state = std::make_unique<AppState>([] { return MediaEngine::create({.headless = false}); },
+                                         std::make_unique<FakeWorkspace>(m_handed));
     m_engine = std::make_unique<QQmlApplicationEngine>();
     UiModule::prepare(*m_engine);
     m_engine->setInitialProperties({{"app", QVariant::fromValue(m_state.get())}});

@@ -27,6 +27,8 @@ public:
     /// Shows the window and plays the first film; true when it runs and its controls are there.
     bool startFilm();
 
+    /// What was handed to other applications, as FakeWorkspace writes it.
+    const QStringList &handed() const { return m_handed; }
     AppState &state() { return *m_state; }
     VideoPlayerManager &player() { return *m_state->playback()->player(); }
     QQuickWindow *window() const { return m_window; }
@@ -48,6 +50,7 @@ public:
     static QPoint middleOf(const QQuickItem *item);
 
 private:
+    QStringList m_handed;
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow *m_window = nullptr;
