@@ -12,7 +12,8 @@ build_packages=(
 start_packages=(
   qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts
   qml6-module-qtquick-templates qml6-module-qtqml qml6-module-qtqml-models
-  qml6-module-qtqml-workerscript
+  qml6-module-qtqml-workerscript qml6-module-qtquick-dialogs qml6-module-qt-labs-folderlistmodel
+  qml6-module-qtquick-controls
   libgl1-mesa-dri fonts-inter
 )
 demo_packages=(ffmpeg)

@@ -10,12 +10,15 @@ Lazy {
     required property string section
 
     readonly property bool current: app.section === section
+    readonly property var files: ({
+        "Home": "catalog/HomeScreen.qml"
+    })
 
-    file: section === "Home" ? "catalog/HomeScreen.qml" : "components/PlaceholderScreen.qml"
+    file: files[section] ?? "components/PlaceholderScreen.qml"
     focus: current
     visible: current
 
     Component.onCompleted: if (current) wanted = true
     onCurrentChanged: if (current) wanted = true
-    onLoaded: if (section !== "Home") (item as PlaceholderScreen).title = section
+    onLoaded: if (item instanceof PlaceholderScreen) item.title = section
 }

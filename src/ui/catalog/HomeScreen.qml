@@ -3,10 +3,9 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Tavelo
 
-Flickable {
+ScrollPage {
     id: home
 
     required property var app // an AppState
@@ -24,23 +23,7 @@ Flickable {
             contentY = step < 0 ? 0 : Math.max(0, contentHeight - height);
     }
 
-    // Brings what has the focus into view.
-    function reveal(item: Item) {
-        const top = item.mapToItem(column, 0, 0).y;
-        if (top < contentY)
-            contentY = Math.max(0, top - Theme.inset);
-        else if (top + item.height > contentY + height)
-            contentY = Math.min(contentHeight - height, top + item.height + Theme.inset - height);
-    }
-
-    boundsBehavior: Flickable.StopAtBounds
-    clip: true
-    contentHeight: column.height
-    flickableDirection: Flickable.VerticalFlick
     focus: true
-
-    T.ScrollBar.vertical: ScrollThumb {
-    }
 
     Component.onCompleted: app.loadHome()
     Keys.onDownPressed: home.move(1)
@@ -67,65 +50,49 @@ Flickable {
         }
     }
 
-    Column {
-        id: column
+    PageHeader {
+        title: qsTr("Home")
+        width: parent.width - 2 * Theme.inset
+        x: Theme.inset
+    }
+    Suggestions {
+        id: suggestions
 
-        bottomPadding: Theme.inset
-        spacing: Theme.inset
-        topPadding: Theme.inset
-        width: home.width
+        visible: words.length > 0
+        width: parent.width
+        words: home.app.suggestions
 
-        Label {
-            font.bold: true
-            font.pixelSize: Theme.largeTitle
-            heading: true
-            text: qsTr("Home")
-            x: Theme.inset
-        }
-        Suggestions {
-            id: suggestions
+        onChosen: word => home.app.searchFor(word)
+    }
+    LoadingLabel {
+        text: qsTr("Loading catalog…")
+        visible: home.app.homeLoading && home.app.featured.length === 0
+        x: Theme.inset
+    }
+    HomeError {
+        message: home.app.homeError
+        visible: home.app.homeError !== "" && home.empty
+        width: parent.width - 2 * Theme.inset
+        x: Theme.inset
 
-            visible: words.length > 0
-            width: parent.width
-            words: home.app.suggestions
+        onRetry: home.app.loadHome()
+    }
+    Shelf {
+        id: featured
 
-            onActiveFocusChanged: if (activeFocus) home.reveal(this)
-            onChosen: word => home.app.searchFor(word)
-        }
-        LoadingLabel {
-            text: qsTr("Loading catalog…")
-            visible: home.app.homeLoading && home.app.featured.length === 0
-            x: Theme.inset
-        }
-        HomeError {
-            message: home.app.homeError
-            visible: home.app.homeError !== "" && home.empty
-            width: parent.width - 2 * Theme.inset
-            x: Theme.inset
+        delegate: filmCard
+        records: home.app.featured
+        title: qsTr("Featured Public-Domain Films")
+        visible: home.app.featured.length > 0
+        width: parent.width
+    }
+    Shelf {
+        id: popular
 
-            onRetry: home.app.loadHome()
-        }
-        Shelf {
-            id: featured
-
-            delegate: filmCard
-            records: home.app.featured
-            title: qsTr("Featured Public-Domain Films")
-            visible: home.app.featured.length > 0
-            width: parent.width
-
-            onActiveFocusChanged: if (activeFocus) home.reveal(this)
-        }
-        Shelf {
-            id: popular
-
-            delegate: filmCard
-            records: home.app.popular
-            title: qsTr("Popular on Orvella This Week")
-            visible: home.app.popular.length > 0
-            width: parent.width
-
-            onActiveFocusChanged: if (activeFocus) home.reveal(this)
-        }
+        delegate: filmCard
+        records: home.app.popular
+        title: qsTr("Popular on Orvella This Week")
+        visible: home.app.popular.length > 0
+        width: parent.width
     }
 }

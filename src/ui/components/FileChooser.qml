@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Dialogs
+
+// Asks for one file that exists, by the desktop's own dialog where it has one.
+FileDialog {
+    required property var extensions // texts, without the dot
+
+    signal chosen(url file)
+
+    fileMode: FileDialog.OpenFile
+    modality: Qt.WindowModal
+    nameFilters: [extensions.map(extension => "*." + extension).join(" ")]
+
+    onAccepted: chosen(selectedFile)
+}

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Tavelo
+
+// A line of text to fill in. Its placeholder is also its name.
+T.TextField {
+    id: entry
+
+    property string symbol: ""
+
+    activeFocusOnTab: true
+    color: Theme.primary
+    font.pixelSize: Theme.body
+    implicitHeight: 32
+    implicitWidth: 200
+    leftPadding: symbol === "" ? 10 : 32
+    opacity: enabled ? 1 : 0.4
+    placeholderTextColor: Theme.tertiary
+    rightPadding: 10
+    selectByMouse: true
+    selectedTextColor: Theme.accentInk
+    selectionColor: Theme.accent
+    verticalAlignment: TextInput.AlignVCenter
+
+    Accessible.name: placeholderText
+    Accessible.role: Accessible.EditableText
+
+    HoverHandler {
+        cursorShape: Qt.IBeamCursor
+    }
+    Icon {
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.tertiary
+        name: entry.symbol
+        size: 16
+        visible: entry.symbol !== ""
+        x: 10
+    }
+    Label {
+        Accessible.ignored: true
+        anchors.fill: parent
+        anchors.leftMargin: entry.leftPadding
+        anchors.rightMargin: entry.rightPadding
+        color: entry.placeholderTextColor
+        font: entry.font
+        text: entry.placeholderText
+        verticalAlignment: Text.AlignVCenter
+        visible: entry.text === "" && entry.preeditText === ""
+    }
+
+    background: Rectangle {
+        border.color: entry.activeFocus ? Theme.accent : Theme.hairline
+        border.width: entry.activeFocus ? 2 : 1
+        color: Theme.fill
+        radius: 7
+    }
+}
