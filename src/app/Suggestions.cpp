@@ -30,7 +30,8 @@ QStringList suggestionsFrom(const QList<MediaItem> &items)
     QHash<QString, qsizetype> places;
     for (const MediaItem &item : items) {
         for (const QString &subject : item.subjects) {
-            const QString word = Text::trimmedOfBlanks(subject.toLower());
+            const QString lower = subject.toLower();
+            const QString word = Text::trimmedOfBlanks(lower).toString();
             const qsizetype length = word.toUcs4().size();
             if (length < shortest || length > longest)
                 continue;

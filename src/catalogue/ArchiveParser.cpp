@@ -65,7 +65,8 @@ QStringList detailSubjects(const QJsonValue &subject)
     if (!subject.isString())
         return texts(subject);
     QStringList pieces = subject.toString().split(QLatin1Char(';'));
-    std::ranges::transform(pieces, pieces.begin(), Text::trimmedOfBlanks);
+    for (QString &piece : pieces)
+        piece = Text::trimmedOfBlanks(piece).toString();
     return pieces;
 }
 

@@ -15,13 +15,13 @@ bool isBlank(QChar c)
 
 } // namespace
 
-QString trimmedOfBlanks(QStringView text)
+QStringView trimmedOfBlanks(QStringView text)
 {
     while (!text.isEmpty() && isBlank(text.front()))
         text = text.sliced(1);
     while (!text.isEmpty() && isBlank(text.back()))
         text.chop(1);
-    return text.toString();
+    return text;
 }
 
 std::optional<qint64> integer(QStringView text)

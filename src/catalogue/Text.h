@@ -9,8 +9,8 @@
 
 namespace tavelo::Text {
 
-/// Without spaces (of any width) and tabs at both ends; line breaks stay.
-QString trimmedOfBlanks(QStringView text);
+/// The part of it without spaces (of any width) and tabs at both ends; line breaks stay.
+QStringView trimmedOfBlanks(QStringView text);
 
 /// A decimal integer with an optional sign and nothing else; absent when it is not, or does not
 /// fit.

@@ -18,7 +18,7 @@ QString encoded(const QString &text)
 
 Result<QUrl> endpoint(const QString &base, const QString &path, const QList<QueryItem> &items)
 {
-    auto url = Text::url(Text::trimmedOfBlanks(base));
+    auto url = Text::url(Text::trimmedOfBlanks(base).toString());
     if (!url || url->host().isEmpty())
         return NetError::badURL();
     if (!path.isEmpty()) {

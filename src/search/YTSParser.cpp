@@ -49,7 +49,7 @@ QString titleOf(const Movie &movie, const QJsonObject &torrent)
                           movie.year.value_or(QStringLiteral("?")) + QLatin1String(") ") +
                           torrent.value(QLatin1String("quality")).toString() + QLatin1Char(' ') +
                           torrent.value(QLatin1String("type")).toString();
-    return Text::trimmedOfBlanks(title);
+    return Text::trimmedOfBlanks(title).toString();
 }
 
 std::optional<TorrentResult> resultOf(const Movie &movie, const QJsonObject &torrent,
