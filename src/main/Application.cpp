@@ -44,7 +44,17 @@ bool Application::show()
     UiModule::prepare(*m_engine);
     m_engine->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(m_state.get())}});
     m_engine->load(UiModule::mainWindow());
-    return window() != nullptr;
+    if (!window())
+        return false;
+    // The bus is not waited for before the window is there.
+    QMetaObject::invokeMethod(
+        window(),
+        [this] {
+            m_manners = std::make_unique<DesktopManners>(*m_state, *window(),
+                                                         QDBusConnection::sessionBus());
+        },
+        Qt::QueuedConnection);
+    return true;
 }
 
 QQuickWindow *Application::window() const

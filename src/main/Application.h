@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/AppState.h"
+#include "main/DesktopManners.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -29,6 +30,7 @@ private:
     QGuiApplication m_application;
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // goes before the state that it shows
+    std::unique_ptr<DesktopManners> m_manners;
 };
 
 } // namespace tavelo

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktop/GioWorkspace.h"
 #include "testlib/Awaited.h"
+#include "testlib/PrivateBus.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -67,7 +68,7 @@ class TestWorkspace : public QObject
 private:
     QTemporaryDir m_folder;
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
-    QProcess m_bus;
+    PrivateBus m_bus;
 
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
@@ -142,27 +143,14 @@ private Q_SLOTS:
         makeEntry("wrapped", "env A=b \"" + program + "\" %u");
         makeEntry("unstartable", path("one") + " %u", "Terminal=true");
 
-        // A bus without the machine's own services, which it would start.
-        write(path("bus.conf"),
-              "<busconfig><type>session</type><listen>unix:path=" + path("bus") +
-                  "</listen><policy context='default'><allow own='*'/>"
-                  "<allow send_destination='*'/><allow receive_sender='*'/></policy></busconfig>");
-        m_bus.start("dbus-daemon",
-                    {"--nofork", "--print-address", "--config-file=" + path("bus.conf")});
-        QVERIFY2(m_bus.waitForReadyRead(), qPrintable(m_bus.readAllStandardError()));
+        QVERIFY(m_bus.start());
     }
 
     void init()
     {
-        m_environment.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + path("bus"));
+        m_environment.insert("DBUS_SESSION_BUS_ADDRESS", m_bus.address());
         for (const QString application : {"one", "two"})
             QFile::remove(path(application + ".args"));
-    }
-
-    void cleanupTestCase()
-    {
-        m_bus.terminate();
-        m_bus.waitForFinished();
     }
 
     void passesOverThisProgram_data()
@@ -286,29 +274,30 @@ private Q_SLOTS:
 
     void showsInFileManager_data()
     {
-        QTest::addColumn<QString>("bus");
+        QTest::addColumn<bool>("bus");
         QTest::addColumn<bool>("manager");
         QTest::addColumn<bool>("answers");
-        QTest::newRow("answering") << "bus" << true << true;
-        QTest::newRow("silent") << "bus" << true << false;
-        QTest::newRow("none") << "bus" << false << false;
-        QTest::newRow("no bus") << "nowhere" << false << false;
+        QTest::newRow("answering") << true << true << true;
+        QTest::newRow("silent") << true << true << false;
+        QTest::newRow("none") << true << false << false;
+        QTest::newRow("no bus") << false << false << false;
     }
     void showsInFileManager()
     {
-        QFETCH(const QString, bus);
+        QFETCH(const bool, bus);
         QFETCH(const bool, manager);
         QFETCH(const bool, answers);
         FakeFileManager fake;
         fake.answers = answers;
-        auto connection = QDBusConnection::connectToBus("unix:path=" + path("bus"), "test");
+        auto connection = QDBusConnection::connectToBus(m_bus.address(), "test");
         QVERIFY(connection.registerObject("/org/freedesktop/FileManager1", &fake,
                                           QDBusConnection::ExportAllSlots));
         if (manager)
             QVERIFY(connection.registerService("org.freedesktop.FileManager1"));
         const auto gone = qScopeGuard([] { QDBusConnection::disconnectFromBus("test"); });
         registerFor({"tavelo", "one"});
-        m_environment.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + path(bus));
+        if (!bus)
+            m_environment.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + path("nowhere"));
 
         QCOMPARE(run("show", "/a b/c#%2D.mp4", manager && !answers ? 50 : endlessMs), "done");
         QCOMPARE(fake.shown, manager ? QStringList{"file:///a%20b/c%23%252D.mp4"} : QStringList());

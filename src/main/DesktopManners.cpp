@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "main/DesktopManners.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+
+namespace tavelo {
+
+DesktopManners::DesktopManners(AppState &state, QWindow &window, const QDBusConnection &bus)
+    : m_state(state)
+    , m_window(window)
+    , m_sleep(bus)
+    , m_notifier(bus)
+{
+    m_session.start(bus);
+    heed();
+    const auto republish = [this] { publish(); };
+    connect(state.playback(), &PlaybackCoordinator::nowPlayingChanged, this, republish);
+    connect(&player(), &VideoPlayerManager::isPlayingChanged, this, republish);
+    connect(&player(), &VideoPlayerManager::durationChanged, this, republish);
+    connect(&player(), &VideoPlayerManager::rateChanged, this, republish);
+    connect(&player(), &VideoPlayerManager::volumeChanged, this, republish);
+    connect(&player(), &VideoPlayerManager::isMutedChanged, this, republish);
+    connect(&player(), &VideoPlayerManager::currentTimeChanged, &m_session,
+            &MediaSession::setPosition);
+    connect(state.downloads(), &DownloadManager::tasksChanged, this,
+            &DesktopManners::tellOfDownloads);
+    connect(&m_notifier, &Notifier::activated, this, &DesktopManners::showDownloads);
+    publish();
+}
+
+void DesktopManners::heed()
+{
+    connect(&m_session, &MediaSession::raiseAsked, this, &DesktopManners::comeForward);
+    connect(&m_session, &MediaSession::quitAsked, &m_window, &QWindow::close);
+    connect(&m_session, &MediaSession::playAsked, this, [this] { play(true); });
+    connect(&m_session, &MediaSession::pauseAsked, this, [this] { play(false); });
+    connect(&m_session, &MediaSession::toggleAsked, this, [this] { play(!player().isPlaying()); });
+    connect(&m_session, &MediaSession::stopAsked, this, [this] {
+        m_state.playback()->stopPlayback();
+        m_state.setShowPlayer(false);
+    });
+    connect(&m_session, &MediaSession::seekAsked, &player(), &VideoPlayerManager::seek);
+    connect(&m_session, &MediaSession::rateAsked, this,
+            [this](double rate) { player().setRate(float(rate)); });
+    connect(&m_session, &MediaSession::volumeAsked, this, [this](double volume) {
+        player().setVolume(float(volume));
+        player().setMuted(false);
+    });
+}
+
+void DesktopManners::play(bool wanted)
+{
+    if (m_state.playback()->nowPlaying() && player().isPlaying() != wanted)
+        player().toggle();
+}
+
+void DesktopManners::publish()
+{
+    const auto &film = m_state.playback()->nowPlaying();
+    MediaSessionState state;
+    if (film) {
+        state.title = film->title;
+        state.poster = film->thumbnail;
+    }
+    state.duration = player().duration();
+    state.playing = film && player().isPlaying();
+    state.rate = double(player().rate());
+    state.volume = player().isMuted() ? 0 : double(player().volume());
+    m_session.publish(state);
+    m_sleep.keepAwake(state.playing, QStringLiteral("A film plays"));
+}
+
+void DesktopManners::tellOfDownloads()
+{
+    for (const DownloadTask &task : m_state.downloads()->tasks()) {
+        if (!task.is<DownloadTask::Finished>() || m_finished.contains(task.id))
+            continue;
+        m_finished.insert(task.id);
+        if (!m_window.isActive())
+            m_notifier.show(tr("Download finished"), task.title);
+    }
+}
+
+void DesktopManners::showDownloads()
+{
+    m_state.setSection(SidebarSection::Downloads);
+    m_state.setShowPlayer(false);
+    comeForward();
+}
+
+void DesktopManners::comeForward()
+{
+    if (m_window.windowState() == Qt::WindowMinimized)
+        m_window.showNormal();
+    m_window.raise();
+    m_window.requestActivate();
+}
+
+} // namespace tavelo
