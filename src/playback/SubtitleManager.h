@@ -46,6 +46,10 @@ public:
     void select(const std::optional<SubtitleTrack> &track);
     Q_INVOKABLE void selectTrack(const tavelo::SubtitleTrack &track) { select(track); }
     Q_INVOKABLE void selectOff() { select({}); }
+    Q_INVOKABLE bool isSelected(const tavelo::SubtitleTrack &track) const
+    {
+        return m_selected == track;
+    }
     /// Chooses a file of the user's, listed at the end unless it is listed already.
     Q_INVOKABLE void addLocal(const QUrl &file);
     /// Shows the first cue, in the file's order, whose bounds include `time` (seconds).

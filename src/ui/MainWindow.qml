@@ -24,6 +24,20 @@ Window {
     height: 820
     minimumHeight: 640
     minimumWidth: 980
+    // For what the toolkit draws itself, where the desktop has no file dialog of its own.
+    palette {
+        base: Theme.bg
+        button: Theme.popup
+        buttonText: Theme.primary
+        dark: Theme.tertiary
+        highlight: Theme.accent
+        highlightedText: Theme.accentInk
+        light: Theme.panel
+        mid: Theme.hairline
+        text: Theme.primary
+        window: Theme.panel
+        windowText: Theme.primary
+    }
     title: qsTr("Tavelo")
     visible: true
     width: 1240

@@ -8,6 +8,8 @@
 #include "catalogue/MediaItem.h"
 #include "playback/NowPlaying.h"
 #include "playback/PlaybackCoordinator.h"
+#include "playback/SubtitleManager.h"
+#include "playback/SubtitleTrack.h"
 
 #include <qqmlregistration.h>
 
@@ -37,6 +39,21 @@ struct ForeignVideoPlayerManager
     QML_FOREIGN(tavelo::VideoPlayerManager)
     QML_NAMED_ELEMENT(VideoPlayerManager)
     QML_UNCREATABLE("PlaybackCoordinator owns it.")
+};
+
+struct ForeignSubtitleManager
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::SubtitleManager)
+    QML_NAMED_ELEMENT(SubtitleManager)
+    QML_UNCREATABLE("PlaybackCoordinator owns it.")
+};
+
+struct ForeignSubtitleTrack
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::SubtitleTrack)
+    QML_NAMED_ELEMENT(subtitleTrack)
 };
 
 struct ForeignMediaItem

@@ -6,21 +6,13 @@ import QtQuick
 import QtQuick.Templates as T
 import Tavelo
 
-T.Menu {
+MenuPanel {
     id: menu
 
-    required property var choices
+    required property var choices // of { text, value }
     property var current
 
     signal chosen(var value)
-
-    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
-    implicitHeight: contentHeight + topPadding + bottomPadding
-    implicitWidth: Math.max(120, contentWidth + leftPadding + rightPadding)
-    margins: 8
-    padding: 5
-
-    onAboutToShow: currentIndex = -1
 
     Instantiator {
         model: menu.choices
@@ -36,17 +28,5 @@ T.Menu {
 
         onObjectAdded: (index, object) => menu.insertItem(index, object as T.MenuItem)
         onObjectRemoved: (index, object) => menu.removeItem(object as T.MenuItem)
-    }
-
-    background: Rectangle {
-        border.color: Theme.hairline
-        color: Theme.popup
-        radius: Theme.radius
-    }
-    contentItem: ListView {
-        implicitHeight: contentHeight
-        implicitWidth: contentItem.childrenRect.width
-        interactive: false
-        model: menu.contentModel
     }
 }

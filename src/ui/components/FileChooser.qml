@@ -11,7 +11,8 @@ FileDialog {
 
     fileMode: FileDialog.OpenFile
     modality: Qt.WindowModal
-    nameFilters: [extensions.map(extension => "*." + extension).join(" ")]
+    nameFilters: [extensions.map(each => "*." + each).join(", ") + " ("
+                  + extensions.map(each => "*." + each + " *." + each.toUpperCase()).join(" ") + ")"]
 
     onAccepted: chosen(selectedFile)
 }

@@ -53,7 +53,6 @@ Rectangle {
         Row {
             anchors.horizontalCenter: parent.horizontalCenter
             spacing: 10
-            topPadding: 6
 
             PushButton {
                 prominent: true

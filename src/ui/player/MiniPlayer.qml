@@ -40,9 +40,8 @@ Rectangle {
                 horizontalAlignment: Text.AlignLeft
                 text: mini.app.playback.nowPlaying?.title ?? ""
             }
-            Label {
+            ClockLabel {
                 color: Theme.secondary
-                font.pixelSize: Theme.caption
                 text: mini.player.isBuffering ? qsTr("Buffering…")
                                               : Format.time(mini.player.currentTime) + " / "
                                                 + Format.time(mini.player.duration)

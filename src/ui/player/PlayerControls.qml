@@ -8,8 +8,9 @@ Rectangle {
     id: controls
 
     required property var player // a VideoPlayerManager
+    required property var subtitles // a SubtitleManager
 
-    readonly property bool menuOpen: audio.menuOpen || speed.menuOpen || aspect.menuOpen
+    readonly property bool menuOpen: captions.menuOpen || audio.menuOpen || speed.menuOpen || aspect.menuOpen
     readonly property bool busy: menuOpen || scrubber.scrubbing || volume.pressed
 
     signal fullScreenToggled()
@@ -56,7 +57,7 @@ Rectangle {
                 onClicked: controls.player.seek(controls.player.currentTime - 10)
             }
             IconButton {
-                iconSize: 26
+                iconSize: 30
                 symbol: controls.player.isPlaying ? "pause.fill" : "play.fill"
                 text: controls.player.isPlaying ? qsTr("Pause") : qsTr("Play")
 
@@ -71,6 +72,7 @@ Rectangle {
             }
             IconButton {
                 Layout.leftMargin: 8
+                iconSize: 22
                 symbol: controls.player.isMuted || controls.player.volume === 0
                         ? "speaker.slash.fill" : "speaker.wave.2.fill"
                 text: controls.player.isMuted ? qsTr("Unmute") : qsTr("Mute")
@@ -92,6 +94,11 @@ Rectangle {
             }
             Item {
                 Layout.fillWidth: true
+            }
+            SubtitleMenu {
+                id: captions
+
+                subtitles: controls.subtitles
             }
             MenuButton {
                 id: audio

@@ -30,10 +30,7 @@ FocusScope {
     Accessible.role: Accessible.Pane
     focus: true
 
-    Component.onCompleted: {
-        forceActiveFocus();
-        poke();
-    }
+    Component.onCompleted: forceActiveFocus()
 
     Timer {
         id: rest
@@ -59,18 +56,34 @@ FocusScope {
         onMoved: screen.poke()
         onToggled: screen.player.toggle()
     }
+    SubtitleOverlay {
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 90
+        anchors.horizontalCenter: parent.horizontalCenter
+        maximumWidth: parent.width - 2 * Theme.inset
+        text: screen.playback.subtitles.currentText
+    }
     Rectangle {
         anchors.centerIn: parent
         color: Theme.material
         height: 96
         radius: 14
-        visible: screen.player.isBuffering && screen.player.error === ""
+        visible: screen.player.isBuffering
         width: 96
 
         Spinner {
             anchors.centerIn: parent
             size: 48
         }
+    }
+    ErrorPanel {
+        anchors.centerIn: parent
+        message: screen.player.error
+        visible: screen.player.error !== ""
+        width: Math.min(420, parent.width - 2 * Theme.inset)
+
+        onClose: screen.close()
+        onRetry: screen.player.retry()
     }
     Item {
         anchors.fill: parent
@@ -95,18 +108,10 @@ FocusScope {
 
             anchors.bottom: parent.bottom
             player: screen.player
+            subtitles: screen.playback.subtitles
             width: parent.width
 
             onFullScreenToggled: screen.fullScreenToggled()
         }
-    }
-    ErrorPanel {
-        anchors.centerIn: parent
-        message: screen.player.error
-        visible: screen.player.error !== ""
-        width: Math.min(420, parent.width - 2 * Theme.inset)
-
-        onClose: screen.close()
-        onRetry: screen.player.retry()
     }
 }

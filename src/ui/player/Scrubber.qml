@@ -17,9 +17,8 @@ RowLayout {
     spacing: 10
 
     ClockLabel {
-        Layout.minimumWidth: total.implicitWidth
-        horizontalAlignment: Text.AlignRight
-        seconds: scrubber.shownTime
+        Layout.leftMargin: Math.max(0, total.implicitWidth - implicitWidth)
+        text: Format.time(scrubber.shownTime)
     }
     ValueSlider {
         id: slider
@@ -56,14 +55,20 @@ RowLayout {
             id: hover
         }
         Rectangle {
-            readonly property real at: hover.point.position.x / slider.width
+            // Along the way of the thumb's middle, as the slider itself reckons.
+            readonly property real at: scrubber.scrubbing
+                ? slider.visualPosition
+                : Math.max(0, Math.min(1, (hover.point.position.x - slider.handle.width / 2)
+                                          / (slider.width - slider.handle.width)))
+            readonly property real middle: slider.handle.width / 2
+                                           + at * (slider.width - slider.handle.width)
 
             color: Theme.popup
             height: 24
             radius: 5
-            visible: hover.hovered && slider.enabled
+            visible: (hover.hovered || scrubber.scrubbing) && slider.enabled
             width: bubble.implicitWidth + 14
-            x: Math.max(0, Math.min(slider.width - width, hover.point.position.x - width / 2))
+            x: Math.max(0, Math.min(slider.width - width, middle - width / 2))
             y: -30
 
             ClockLabel {
@@ -71,13 +76,13 @@ RowLayout {
 
                 Accessible.ignored: true
                 anchors.centerIn: parent
-                seconds: parent.at * slider.to
+                text: Format.time(parent.at * slider.to)
             }
         }
     }
     ClockLabel {
         id: total
 
-        seconds: scrubber.player.duration
+        text: Format.time(scrubber.player.duration)
     }
 }

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Tavelo
+
+// A button that opens a menu. `label` stands in the place of a symbol, `text` is its name.
+T.AbstractButton {
+    id: button
+
+    property string symbol: ""
+    property string label: ""
+    required property T.Menu menu
+    readonly property bool menuOpen: menu.visible
+
+    activeFocusOnTab: true
+    focusPolicy: Qt.TabFocus
+    implicitHeight: 32
+    implicitWidth: Math.max(32, implicitContentWidth + 12)
+
+    Accessible.name: text
+    Accessible.role: Accessible.ButtonMenu
+    Keys.onEnterPressed: button.clicked()
+    Keys.onReturnPressed: button.clicked()
+    onClicked: button.menuOpen ? button.menu.close() : button.menu.open()
+
+    HoverHandler {
+        cursorShape: Qt.PointingHandCursor
+    }
+    Tip {
+        delay: 600
+        text: button.text
+        visible: button.hovered && !button.menuOpen
+    }
+
+    background: Rectangle {
+        color: button.down || button.menuOpen ? Theme.fillHovered
+                                              : button.hovered ? Theme.fill : "transparent"
+        radius: 6
+
+        FocusRing {
+            shown: button.visualFocus
+        }
+    }
+    contentItem: ButtonFace {
+        symbol: button.symbol
+        symbolSize: 20
+        text: button.label
+    }
+}
