@@ -153,10 +153,42 @@ bool Tour::player()
     QTest::qWait(settled);
     m_ui.key(Qt::Key_Space);
     shoot("player-paused");
+    if (!playerMenus())
+        return false;
     if (!expect(m_ui.click(QStringLiteral("Back")), "the way back from the player"))
         return false;
     shoot("browsing-while-playing");
     m_demo->application().state().playback()->stopPlayback();
+    return true;
+}
+
+bool Tour::playerMenus()
+{
+    const QString track = QStringLiteral("subtitles/The Lantern Makers.en.srt");
+    if (!expect(m_ui.click(QStringLiteral("Subtitles")) && m_ui.click(track), "the subtitle menu"))
+        return false;
+    VideoPlayerManager *player = m_demo->application().state().playback()->player();
+    player->seek(9);
+    if (!expect(m_ui.waitFor(QStringLiteral("Then we burn the letters.")), "the subtitle"))
+        return false;
+    shoot("player-subtitles");
+    m_demo->services().setFaults({.below = "/download/", .status = 503});
+    m_ui.click(QStringLiteral("Subtitles"));
+    m_ui.click(QStringLiteral("subtitles/The Lantern Makers.de.srt"));
+    SubtitleManager *subtitles = m_demo->application().state().playback()->subtitles();
+    if (!expect(QTest::qWaitFor([&] { return subtitles->error().has_value(); }, 10'000),
+                "the subtitles' error"))
+        return false;
+    m_demo->services().setFaults({});
+    m_ui.click(QStringLiteral("Subtitles"));
+    shoot("player-subtitle-menu");
+    m_ui.click(QStringLiteral("Choose File…"));
+    shoot("player-subtitle-file");
+    m_ui.key(Qt::Key_Escape);
+    m_ui.key(Qt::Key_F10);
+    shoot("menu");
+    m_ui.key(Qt::Key_Escape);
+    QTest::qWait(settled);
     return true;
 }
 

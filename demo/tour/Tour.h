@@ -24,6 +24,7 @@ private:
     bool placeholder();
     bool itemSheets();
     bool player();
+    bool playerMenus();
     bool brokenFilm();
     bool openItem(const QString &title);
     bool waitPlaying(double seconds) const;

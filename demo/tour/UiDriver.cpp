@@ -86,6 +86,7 @@ bool UiDriver::moveToControl(const QString &name, QPoint &place) const
         patience);
     if (!came)
         return false;
+    m_window->grabWindow(); // what has just come gets its place when it is drawn
     place = m_window->mapFromGlobal(control->rect().center());
     move(place);
     return true;

@@ -12,6 +12,8 @@ Window {
     property int visibilityBefore: Window.Windowed
 
     function toggleFullScreen() {
+        if (!active)
+            return;
         if (visibility === Window.FullScreen) {
             visibility = visibilityBefore;
         } else {
@@ -54,5 +56,6 @@ Window {
         fullScreen: window.visibility === Window.FullScreen
 
         onFullScreenToggled: window.toggleFullScreen()
+        onQuitAsked: window.close()
     }
 }

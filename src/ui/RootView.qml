@@ -13,11 +13,22 @@ FocusScope {
     readonly property bool watching: app.showPlayer && !!app.playback.nowPlaying
 
     signal fullScreenToggled()
+    signal quitAsked()
 
+    Commands {
+        id: commands
+
+        app: root.app
+
+        onFullScreenToggled: root.fullScreenToggled()
+        onMenuAsked: sidebar.toggleMenu()
+        onQuitAsked: root.quitAsked()
+    }
     Sidebar {
         id: sidebar
 
         app: root.app
+        commands: commands
         height: parent.height
         visible: !(root.fullScreen && root.watching)
         width: visible ? divider.sidebarWidth : 0

@@ -9,6 +9,7 @@ Rectangle {
     id: sidebar
 
     required property var app // an AppState
+    required property Commands commands
 
     readonly property var symbols: ({
             "Home": "house",
@@ -20,6 +21,9 @@ Rectangle {
             "Settings": "gearshape"
         })
 
+    function toggleMenu() {
+        menuButton.clicked();
+    }
     function choose(section: string) {
         app.section = section;
         app.showPlayer = false;
@@ -33,8 +37,11 @@ Rectangle {
         Accessible.name: qsTr("Sections")
         Accessible.role: Accessible.List
         activeFocusOnTab: true
-        anchors.fill: parent
+        anchors.bottom: menuButton.top
+        anchors.left: parent.left
         anchors.margins: 10
+        anchors.right: parent.right
+        anchors.top: parent.top
         anchors.topMargin: 20
         boundsBehavior: Flickable.StopAtBounds
         currentIndex: sidebar.app.sections.indexOf(sidebar.app.section)
@@ -60,6 +67,19 @@ Rectangle {
             width: list.width
 
             onClicked: sidebar.choose(row.modelData)
+        }
+    }
+    PopupButton {
+        id: menuButton
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.margins: 10
+        symbol: "line.3.horizontal"
+        text: sidebar.commands.menu.text
+
+        menu: MainMenu {
+            commands: sidebar.commands
         }
     }
 }
