@@ -2,14 +2,20 @@
 // SPDX-License-Identifier: MIT
 #include "main/Application.h"
 
+#include "main/Intake.h"
+#include "main/X11Focus.h"
 #include "platform/MediaEngine.h"
+#include "platform/StandardFolders.h"
 #include "platform/desktop/GioWorkspace.h"
 #include "ui/UiModule.h"
 
+#include <QDir>
 #include <QIcon>
 #include <QQuickWindow>
+#include <QStandardPaths>
 
 #include <clocale>
+#include <cstdio>
 
 namespace tavelo {
 
@@ -25,13 +31,45 @@ int &prepared(int &argc)
     return argc;
 }
 
+constexpr char activationVariable[] = "XDG_ACTIVATION_TOKEN";
+
+/// The desktop's leave for this start to come forward: as Wayland has it, or as X11 does.
+QString activationToken()
+{
+    const QString token = qEnvironmentVariable(activationVariable);
+    return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
+}
+
+QStringList requested()
+{
+    return Intake::addresses(QCoreApplication::arguments().mid(1), QDir::currentPath());
+}
+
 } // namespace
 
 Application::Application(int &argc, char **argv)
-    : m_application(prepared(argc), argv)
+    : m_activationToken(activationToken())
+    , m_application(prepared(argc), argv)
 {
     // The toolkit has just taken over the user's locale; the media engine needs the decimal point.
     std::setlocale(LC_NUMERIC, "C");
+}
+
+std::optional<int> Application::claim()
+{
+    m_instance = std::make_unique<SingleInstance>(
+        QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation),
+        StandardFolders::configuration());
+    switch (m_instance->claim({requested(), m_activationToken})) {
+    case SingleInstance::Role::First:
+        return std::nullopt;
+    case SingleInstance::Role::Second:
+        return 0;
+    case SingleInstance::Role::Silent:
+        break;
+    }
+    std::fputs("Tavelo is running already, but does not answer.\n", stderr);
+    return 1;
 }
 
 bool Application::show()
@@ -54,7 +92,39 @@ bool Application::show()
                                                          QDBusConnection::sessionBus());
         },
         Qt::QueuedConnection);
+    window()->raise();
+    window()->requestActivate();
     return true;
+}
+
+int Application::run()
+{
+    if (m_instance) {
+        QObject::connect(m_instance.get(), &SingleInstance::called, window(),
+                         [this](const SingleInstance::Call &call) {
+                             open(call.addresses);
+                             comeForward(call.activationToken);
+                         });
+    }
+    open(requested());
+    return QGuiApplication::exec();
+}
+
+void Application::open(const QStringList &addresses)
+{
+    for (const QString &address : addresses)
+        Intake::open(*m_state, address);
+}
+
+void Application::comeForward(const QString &activationToken)
+{
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        X11Focus::allow(activationToken);
+    else if (!activationToken.isEmpty()) // the platform's part of Qt takes it from there
+        qputenv(activationVariable, activationToken.toUtf8());
+    window()->setWindowStates(window()->windowStates() & ~Qt::WindowMinimized);
+    window()->raise();
+    window()->requestActivate();
 }
 
 QQuickWindow *Application::window() const

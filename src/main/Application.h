@@ -4,6 +4,7 @@
 
 #include "app/AppState.h"
 #include "main/DesktopManners.h"
+#include "main/SingleInstance.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -21,13 +22,21 @@ public:
     AppState &state() { return *m_state; }
     QQuickWindow *window() const; // null before show()
 
+    /// Makes this the one program of the user, or hands what it was started with to the one that
+    /// runs. A value is the code to end with.
+    std::optional<int> claim();
     /// Makes the state and the window. What must be replaced (hosts, folders) is replaced by now.
     bool show();
-    /// Until the window is closed.
-    int run() { return QGuiApplication::exec(); }
+    /// Opens what the program was started with, and runs until the window is closed.
+    int run();
 
 private:
+    void open(const QStringList &addresses);
+    void comeForward(const QString &activationToken);
+
+    QString m_activationToken; // of this start, read before the toolkit takes it away
     QGuiApplication m_application;
+    std::unique_ptr<SingleInstance> m_instance; // after claim()
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // goes before the state that it shows
     std::unique_ptr<DesktopManners> m_manners;
