@@ -18,7 +18,8 @@ start_packages=(
 )
 demo_packages=(ffmpeg)
 hidden_display_packages=(xvfb xauth)
-test_packages=("${demo_packages[@]}" "${hidden_display_packages[@]}" dbus-daemon)
+test_packages=("${demo_packages[@]}" "${hidden_display_packages[@]}" dbus-daemon
+  desktop-file-utils)
 
 is_installed() {
   [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]

@@ -53,6 +53,8 @@ Application::Application(int &argc, char **argv)
 {
     // The toolkit has just taken over the user's locale; the media engine needs the decimal point.
     std::setlocale(LC_NUMERIC, "C");
+    const QIcon own(QStringLiteral(":/tavelo.svg"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("tavelo"), own));
 }
 
 std::optional<int> Application::claim()
