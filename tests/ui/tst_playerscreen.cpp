@@ -100,6 +100,11 @@ private Q_SLOTS:
         const QQuickItem *clock = program.item("ClockLabel");
         QVERIFY(clock);
         QTRY_VERIFY(QStringList({"0:08", "0:09"}).contains(clock->property("text").toString()));
+        int clocks = 0; // the left one, and one over the thumb
+        for (const QQuickItem *item : program.visibleItems())
+            clocks += item->property("text") == clock->property("text") &&
+                      QByteArray(item->metaObject()->className()).startsWith("ClockLabel_");
+        QCOMPARE(clocks, 2);
         QTest::mouseRelease(program.window(), Qt::LeftButton, {}, right);
         QVERIFY(times.size() >= 1);
         QVERIFY2(qAbs(player.currentTime() - 9) < 0.3,
