@@ -26,6 +26,11 @@ private:
     bool player();
     bool playerMenus();
     bool brokenFilm();
+    bool torrentSearch();
+    bool torrentResults();
+    bool torrentInspector();
+    void addIndexers();
+    void type(const QString &name, const QString &text);
     bool openItem(const QString &title);
     bool waitPlaying(double seconds) const;
     void shoot(const char *name);

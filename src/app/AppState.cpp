@@ -200,6 +200,12 @@ void AppState::clearSelectedItem()
     Q_EMIT selectedItemChanged();
 }
 
+void AppState::clearInspector()
+{
+    m_inspector.reset();
+    Q_EMIT inspectorChanged();
+}
+
 void AppState::setShowPlayer(bool show)
 {
     m_showPlayer = show;

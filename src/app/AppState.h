@@ -107,6 +107,7 @@ public:
     void setSectionName(const QString &name); // any other name: Home
     Q_INVOKABLE void selectItem(const tavelo::MediaItem &item);
     Q_INVOKABLE void clearSelectedItem();
+    Q_INVOKABLE void clearInspector();
     void setShowPlayer(bool show);
     void setNotice(const QString &text);
     Q_INVOKABLE void clearNotice();

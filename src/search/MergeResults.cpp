@@ -10,11 +10,6 @@ namespace tavelo {
 
 namespace {
 
-QString keyOf(const TorrentResult &result)
-{
-    return result.infoHash ? result.infoHash->toLower() : result.id;
-}
-
 template <typename T>
 void fill(std::optional<T> &kept, const std::optional<T> &later)
 {
@@ -38,6 +33,11 @@ void fold(TorrentResult &kept, const TorrentResult &later)
 
 } // namespace
 
+QString mergeKey(const TorrentResult &result)
+{
+    return result.infoHash ? result.infoHash->toLower() : result.id;
+}
+
 QList<TorrentResult> mergeResults(const QList<TorrentResult> &results)
 {
     QList<TorrentResult> merged;
@@ -45,7 +45,7 @@ QList<TorrentResult> mergeResults(const QList<TorrentResult> &results)
     merged.reserve(results.size());
     counted.reserve(results.size());
     for (const TorrentResult &result : results) {
-        qsizetype &count = counted[keyOf(result)];
+        qsizetype &count = counted[mergeKey(result)];
         if (count > 0) {
             fold(merged[count - 1], result);
             continue;

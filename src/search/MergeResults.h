@@ -8,10 +8,13 @@
 
 namespace tavelo {
 
+/// What results of one torrent have in common: the info hash in lower case, or the id where there is
+/// none.
+QString mergeKey(const TorrentResult &result);
+
 /// One result for each torrent, in the order in which they first occur. What several say of one is
-/// the same torrent when their info hashes, or where there is none their ids, are equal: its
-/// sources are united, its counts the larger ones, and what the first lacks of size and addresses
-/// comes from the later.
+/// the same torrent when their merge keys are equal: its sources are united, its counts the larger
+/// ones, and what the first lacks of size and addresses comes from the later.
 QList<TorrentResult> mergeResults(const QList<TorrentResult> &results);
 
 } // namespace tavelo

@@ -16,6 +16,11 @@ Item {
     }
     Lazy {
         app: overlays.app
+        file: "torrent/TorrentInspectorSheet.qml"
+        wanted: !!overlays.app.inspector
+    }
+    Lazy {
+        app: overlays.app
         file: "components/NoticeAlert.qml"
         wanted: overlays.app.notice !== ""
     }

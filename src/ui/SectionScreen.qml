@@ -3,7 +3,8 @@
 import QtQuick
 import Tavelo
 
-// The screen of one section: made when it is first shown, and kept.
+// The screen of one section: made when it is first shown, and kept, but for those that begin anew
+// each time.
 Lazy {
     id: screen
 
@@ -11,14 +12,16 @@ Lazy {
 
     readonly property bool current: app.section === section
     readonly property var files: ({
-        "Home": "catalog/HomeScreen.qml"
+        "Home": "catalog/HomeScreen.qml",
+        "Torrent Search": "torrent/TorrentSearchScreen.qml"
     })
+    readonly property bool beginsAnew: section === "Torrent Search"
 
     file: files[section] ?? "components/PlaceholderScreen.qml"
     focus: current
     visible: current
 
     Component.onCompleted: if (current) wanted = true
-    onCurrentChanged: if (current) wanted = true
+    onCurrentChanged: wanted = current || (wanted && !beginsAnew)
     onLoaded: if (item instanceof PlaceholderScreen) item.title = section
 }

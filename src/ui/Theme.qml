@@ -9,6 +9,8 @@ QtObject {
     readonly property color panel: Qt.rgba(0.11, 0.11, 0.14, 1)
     readonly property color accent: Qt.rgba(0.95, 0.35, 0.40, 1)
     readonly property color warning: "#ff9f45"
+    readonly property color good: "#4fcb7c"
+    readonly property color bad: "#ff6961"
 
     readonly property color primary: Qt.rgba(1, 1, 1, 0.92)
     readonly property color secondary: Qt.rgba(1, 1, 1, 0.60)

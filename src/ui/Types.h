@@ -10,6 +10,8 @@
 #include "playback/PlaybackCoordinator.h"
 #include "playback/SubtitleManager.h"
 #include "playback/SubtitleTrack.h"
+#include "search/SearchAggregator.h"
+#include "ui/ProviderChip.h"
 
 #include <qqmlregistration.h>
 
@@ -54,6 +56,21 @@ struct ForeignSubtitleTrack
     Q_GADGET
     QML_FOREIGN(tavelo::SubtitleTrack)
     QML_NAMED_ELEMENT(subtitleTrack)
+};
+
+struct ForeignSearchAggregator
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::SearchAggregator)
+    QML_NAMED_ELEMENT(SearchAggregator)
+    QML_UNCREATABLE("AppState owns it.")
+};
+
+struct ForeignProviderChip
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::ProviderChip)
+    QML_NAMED_ELEMENT(providerChip)
 };
 
 struct ForeignMediaItem

@@ -12,6 +12,7 @@ T.TextField {
 
     activeFocusOnTab: true
     color: Theme.primary
+    font.family: Fonts.text
     font.pixelSize: Theme.body
     implicitHeight: 32
     implicitWidth: 200

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Tavelo
+
+// One choice out of several.
+PickerFace {
+    id: picker
+
+    required property var choices // of { text, value }
+    required property var current
+
+    signal chosen(var value)
+
+    menu: choiceMenu
+    value: choices.find(choice => choice.value === current)?.text ?? ""
+
+    ChoiceMenu {
+        id: choiceMenu
+
+        choices: picker.choices
+        current: picker.current
+        width: picker.width
+        y: picker.height + 4
+
+        onChosen: value => picker.chosen(value)
+    }
+}

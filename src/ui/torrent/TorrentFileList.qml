@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Tavelo
+
+// Makes only the rows in view: a torrent may hold tens of thousands of files.
+Rectangle {
+    id: plate
+
+    required property TorrentInspectorModel files
+
+    color: Theme.panel
+    implicitHeight: Math.max(160, Math.min(260, 28 * files.count + 8))
+    radius: Theme.radius
+
+    ListView {
+        id: list
+
+        Accessible.name: qsTr("Files")
+        Accessible.role: Accessible.List
+        activeFocusOnTab: true
+        anchors.fill: parent
+        anchors.margins: 4
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        keyNavigationEnabled: false
+        model: plate.files
+        reuseItems: true
+
+        T.ScrollBar.vertical: ScrollThumb {
+        }
+
+        Keys.onPressed: event => {
+            const steps = { [Qt.Key_Up]: -28, [Qt.Key_Down]: 28, [Qt.Key_PageUp]: -height,
+                            [Qt.Key_PageDown]: height, [Qt.Key_Home]: -contentHeight,
+                            [Qt.Key_End]: contentHeight };
+            const step = steps[event.key] ?? 0;
+            event.accepted = step !== 0;
+            const lowest = originY + Math.max(0, contentHeight - height);
+            contentY = Math.max(originY, Math.min(lowest, contentY + step));
+        }
+
+        delegate: TorrentFileRow {
+            width: ListView.view.width
+        }
+    }
+    FocusRing {
+        shown: list.activeFocus
+    }
+}

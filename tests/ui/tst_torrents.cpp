@@ -1,0 +1,519 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "Program.h"
+
+#include "platform/ServiceHosts.h"
+#include "ui/Clipboard.h"
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QCoroFuture>
+#include <QFile>
+#include <QGuiApplication>
+#include <QPromise>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <clocale>
+
+using namespace tavelo;
+
+namespace {
+
+const QByteArray metainfo = "d8:announce9:udp://t.e4:infod5:filesl"
+                            "d6:lengthi1500000e4:pathl5:a.mp4eed6:lengthi9e4:pathl5:a.SRTee"
+                            "e4:name4:Reel12:piece lengthi16384e6:pieces20:aaaaaaaaaaaaaaaaaaaaee";
+const QString magnet = "magnet:?xt=urn:btih:0123456789abcdef0123456789abcdef01234567&dn=Reel%20One";
+const QString nothingYet = "Enter a search to query your enabled providers in parallel.";
+
+/// Answers when it is told to.
+class HeldProvider : public TorrentSearchProvider
+{
+public:
+    explicit HeldProvider(const QString &name)
+        : TorrentSearchProvider(ProviderConfig::create(name, ProviderKind::ApiBay, "http://none"))
+    {
+        m_promise->start();
+    }
+
+    QCoro::Task<TorrentResults> search(QString, std::stop_token) const override
+    {
+        const auto promise = m_promise;
+        co_return co_await promise->future();
+    }
+
+    void answer(const QList<TorrentResult> &results) const
+    {
+        m_promise->addResult(TorrentResults(results));
+        m_promise->finish();
+    }
+
+private:
+    std::shared_ptr<QPromise<TorrentResults>> m_promise =
+        std::make_shared<QPromise<TorrentResults>>();
+};
+
+/// "Reel 0", the best seeded, "Reel 1", …
+QList<TorrentResult> reels(int count, const QString &source = "A")
+{
+    QList<TorrentResult> results;
+    for (int i = 0; i < count; ++i) {
+        TorrentResult result;
+        result.id = source + QString::number(i);
+        result.title = QStringLiteral("Reel %1").arg(i);
+        result.sources = {source};
+        result.seeders = 100'000 - i;
+        results.append(result);
+    }
+    return results;
+}
+
+TorrentResult fullResult()
+{
+    TorrentResult result = reels(1).first();
+    result.archiveID = "film0";
+    result.infoHash = "0123456789abcdef0123456789abcdef01234567";
+    result.magnet = magnet;
+    result.torrentURL = Program::server().url("/reel.torrent");
+    result.pageURL = QUrl("http://page.example/");
+    return result;
+}
+
+QQuickItem *entry(const Program &program, const QString &placeholder)
+{
+    for (QQuickItem *item : program.visibleItems()) {
+        if (item->property("placeholderText") == placeholder)
+            return item;
+    }
+    return nullptr;
+}
+
+QQuickItem *magnetEntry(const Program &program)
+{
+    return entry(program, "Paste magnet link");
+}
+
+bool showSection(Program &program)
+{
+    return program.show() && program.click("Torrent Search") &&
+           QTest::qWaitFor([&] { return magnetEntry(program) != nullptr; });
+}
+
+/// Shows the section with what a search found.
+bool showResults(Program &program, const QList<TorrentResult> &results)
+{
+    if (!showSection(program))
+        return false;
+    const auto provider = std::make_shared<HeldProvider>("A");
+    program.state().aggregator()->search("reel", {provider});
+    provider->answer(results);
+    return QTest::qWaitFor([&] {
+        return program.text(QStringLiteral("%1 of %1 results").arg(results.size())) != nullptr;
+    });
+}
+
+void type(Program &program, QQuickItem *into, const QString &text)
+{
+    program.window()->grabWindow();
+    program.clickAt(Program::middleOf(into));
+    for (const QChar letter : text)
+        QTest::keyClick(program.window(), letter.toLatin1());
+}
+
+void searchFor(Program &program, const QString &text)
+{
+    type(program, entry(program, "Search title or keywords across enabled providers…"), text);
+    program.key(Qt::Key_Return);
+}
+
+QObject *results(const Program &program)
+{
+    return program.item("ResultTable")->property("results").value<QObject *>();
+}
+
+int currentRow(const Program &program)
+{
+    return results(program)->property("currentRow").toInt();
+}
+
+} // namespace
+
+class tst_Torrents : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        std::setlocale(LC_NUMERIC, "C");
+        ServiceHosts hosts = ServiceHosts::current();
+        hosts.archive = hosts.apibay = hosts.yts = Program::server().base();
+        ServiceHosts::replace(hosts);
+        Program::server().serve("/reel.torrent", {.body = metainfo});
+        Program::server().serve("/text.torrent", {.body = "words"});
+    }
+
+    void withoutProviders()
+    {
+        Program program;
+        QVERIFY(showSection(program));
+        QTRY_VERIFY(program.text(nothingYet));
+        const QString hint = "No providers enabled — enable some in Settings.";
+        QVERIFY(!program.text(hint));
+        const auto providers = program.state().settings()->providers();
+        for (const ProviderConfig &config : providers)
+            program.state().registry()->setEnabled(config.id, false);
+        QTRY_VERIFY(program.text(hint));
+
+        searchFor(program, "reel");
+        QTRY_VERIFY(program.text("No results."));
+        QCOMPARE(program.item("StatusChip"), nullptr);
+        QCOMPARE(program.state().aggregator()->lastQuery(), "reel");
+        program.state().settings()->setProviders(providers);
+        QTRY_VERIFY(!program.text(hint));
+    }
+
+    void asksEveryProvider()
+    {
+        Program program;
+        const QString base = Program::server().base();
+        Program::server().serve("/fast/q.php",
+                                {.body = R"([{"name":"Reel 720p","seeders":"4","size":"1500",
+            "info_hash":"0123456789ABCDEF0123456789ABCDEF01234567"}])"});
+        Program::server().serve("/down/q.php", {.status = 503});
+        Program::server().serve("/slow/q.php", {.silent = true});
+        QVERIFY(showSection(program));
+        QList<ProviderConfig> providers;
+        for (const QString name : {"fast", "down", "slow"})
+            providers << ProviderConfig::create(name, ProviderKind::ApiBay, base + "/" + name);
+        const auto before = program.state().settings()->providers();
+        program.state().settings()->setProviders(providers.sliced(2));
+        searchFor(program, "two words");
+        QTRY_VERIFY(program.text("Searching…"));
+        QVERIFY(program.text("slow"));
+        QVERIFY(program.item("Spinner"));
+
+        program.state().settings()->setProviders(providers);
+        QTest::keyClick(program.window(), Qt::Key_Return, Qt::ControlModifier);
+        QTRY_VERIFY(program.text("fast: 1"));
+        QTRY_VERIFY(program.text("down: HTTP 503"));
+        QTRY_VERIFY(program.text("Reel 720p"));
+        QVERIFY(program.text("slow"));
+        QVERIFY(program.text("1 of 1 results"));
+        const auto asked = [](const FaultServer::Request &request) {
+            return request.target.startsWith("/fast/q.php?") &&
+                   request.target.contains("q=two%20words");
+        };
+        QVERIFY(std::ranges::any_of(Program::server().requests(), asked));
+
+        searchFor(program, "\b\b\b\b\b\b\b\b\b\b\b\b");
+        QVERIFY(program.state().aggregator()->isSearching());
+        QCOMPARE(program.state().aggregator()->lastQuery(), "two words");
+        program.state().settings()->setProviders(before);
+    }
+
+    void magnetField_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("accepted");
+        QTest::newRow("a link") << magnet << true;
+        QTest::newRow("spaces") << "  " << false;
+        QTest::newRow("words") << "reel one" << false;
+    }
+
+    void magnetField()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, accepted);
+        Program program;
+        QVERIFY(showSection(program));
+        QTRY_VERIFY(program.control("Inspect"));
+        QVERIFY(!program.control("Inspect")->isEnabled());
+        type(program, magnetEntry(program), text);
+        QVERIFY(program.control("Inspect")->isEnabled());
+        QVERIFY(program.click("Inspect"));
+        QCOMPARE(magnetEntry(program)->property("text").toString(), "");
+        QCOMPARE(program.state().inspector().has_value(), accepted);
+        QCOMPARE(program.state().notice().has_value(), !accepted);
+    }
+
+    void sortsAndFilters()
+    {
+        Program program;
+        QList<TorrentResult> found = reels(3);
+        found[1].title = "Reel 1 1080p";
+        found += reels(2, "B");
+        QVERIFY(showResults(program, found));
+        QVERIFY(program.click("Title"));
+        QTRY_COMPARE(program.control("Title")->property("leading").toBool(), true);
+        const auto y = [&](const QString &title) {
+            const QQuickItem *text = program.text(title);
+            return text ? Program::middleOf(text).y() : -1;
+        };
+        QTRY_VERIFY(y("Reel 1 1080p") < y("Reel 2"));
+        QVERIFY(program.click("Title"));
+        QTRY_VERIFY(y("Reel 1 1080p") > y("Reel 2"));
+
+        QVERIFY(program.click("Resolution"));
+        QVERIFY(program.click("1080p"));
+        QTRY_VERIFY(program.text("1 of 5 results"));
+        QVERIFY(!program.text("Reel 2"));
+        QVERIFY(program.click("Sources"));
+        QVERIFY(program.click("✓ A"));
+        QTRY_VERIFY(program.text("0 of 5 results"));
+        QVERIFY(program.control("Title"));
+        QVERIFY(!program.text("No results."));
+
+        // Another visit begins anew, with what was found.
+        QVERIFY(program.click("Library"));
+        QVERIFY(program.click("Torrent Search"));
+        QTRY_VERIFY(program.text("5 of 5 results"));
+        QVERIFY(!program.control("Title")->property("leading").toBool());
+        QVERIFY(program.control("Seeds")->property("leading").toBool());
+    }
+
+    void walkedByKeys()
+    {
+        Program program;
+        QVERIFY(showResults(program, reels(10'000)));
+        int rows = 0;
+        for (const QQuickItem *item : program.visibleItems())
+            rows += QByteArray(item->metaObject()->className()).startsWith("ResultRow_");
+        QVERIFY2(rows < 60, qPrintable(QString::number(rows)));
+
+        program.window()->grabWindow();
+        program.clickAt(Program::middleOf(program.text("Reel 1")));
+        QCOMPARE(currentRow(program), 1);
+        for (const auto &[key, row] :
+             {std::pair{Qt::Key_Down, 2}, std::pair{Qt::Key_Up, 1}, std::pair{Qt::Key_End, 9'999},
+              std::pair{Qt::Key_Down, 9'999}, std::pair{Qt::Key_Home, 0},
+              std::pair{Qt::Key_Up, 0}}) {
+            program.key(key);
+            QCOMPARE(currentRow(program), row);
+            QTRY_VERIFY(program.text(QStringLiteral("Reel %1").arg(row)));
+        }
+        program.key(Qt::Key_PageDown);
+        const int page = currentRow(program);
+        QVERIFY(page > 5 && page < 60);
+        program.key(Qt::Key_PageUp);
+        QCOMPARE(currentRow(program), 0);
+    }
+
+    void streamKeepsThePlace()
+    {
+        Program program;
+        QVERIFY(showSection(program));
+        const auto first = std::make_shared<HeldProvider>("A");
+        const auto second = std::make_shared<HeldProvider>("B");
+        program.state().aggregator()->search("reel", {first, second});
+        first->answer(reels(2'000));
+        QTRY_VERIFY(program.text("2000 of 2000 results"));
+        program.window()->grabWindow();
+        program.clickAt(Program::middleOf(program.text("Reel 0")));
+        for (int i = 0; i < 40; ++i)
+            program.key(Qt::Key_Down);
+        QTRY_VERIFY(program.text("Reel 40"));
+        program.window()->grabWindow();
+        const QPoint before = Program::middleOf(program.text("Reel 40"));
+
+        QList<TorrentResult> better = reels(2'000, "B");
+        for (TorrentResult &result : better) {
+            result.title += " again";
+            *result.seeders += 50'000;
+        }
+        second->answer(better);
+        QTRY_VERIFY(program.text("4000 of 4000 results"));
+        QCOMPARE(currentRow(program), 2'040);
+        QTRY_VERIFY(program.text("Reel 40"));
+        program.window()->grabWindow();
+        QCOMPARE(Program::middleOf(program.text("Reel 40")), before);
+        program.key(Qt::Key_Down);
+        QCOMPARE(currentRow(program), 2'041);
+    }
+
+    void rowMenu_data()
+    {
+        QTest::addColumn<QString>("choice");
+        QTest::addColumn<QString>("handed");
+        QTest::addColumn<QString>("copied");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("page") << "Open Source Page"
+                              << "web http://page.example/"
+                              << ""
+                              << "";
+        QTest::newRow("open magnet") << "Open Magnet in Torrent App"
+                                     << "open " + magnet << ""
+                                     << "";
+        QTest::newRow("copy magnet") << "Copy Magnet Link"
+                                     << "" << magnet << "";
+        QTest::newRow("copy hash") << "Copy Info Hash"
+                                   << ""
+                                   << "0123456789abcdef0123456789abcdef01234567"
+                                   << "";
+        QTest::newRow("magnet") << "Inspect Magnet"
+                                << ""
+                                << ""
+                                << "0 tracker(s)";
+        QTest::newRow("file") << "Inspect .torrent File"
+                              << ""
+                              << ""
+                              << "2 file(s) · 1.5 MB · 1 video";
+        QTest::newRow("item") << "Details & Play…"
+                              << ""
+                              << ""
+                              << "reel.mp4";
+    }
+
+    void rowMenu()
+    {
+        QFETCH(QString, choice);
+        QFETCH(QString, handed);
+        QFETCH(QString, copied);
+        QFETCH(QString, shown);
+        Program program;
+        QVERIFY(showResults(program, {fullResult()}));
+        Clipboard().setText("before");
+        program.window()->grabWindow();
+        QTest::mouseClick(program.window(), Qt::RightButton, {},
+                          Program::middleOf(program.text("Reel 0")));
+        QVERIFY(program.click(choice));
+        QTRY_VERIFY(!program.control(choice));
+        QTRY_COMPARE(program.handed().value(0), handed);
+        QCOMPARE(QGuiApplication::clipboard()->text(), copied.isEmpty() ? "before" : copied);
+        if (!shown.isEmpty())
+            QTRY_VERIFY(program.text(shown));
+    }
+
+    void menuByKeys()
+    {
+        Program program;
+        QVERIFY(showResults(program, {fullResult(), reels(2).last()}));
+        program.window()->grabWindow();
+        program.clickAt(Program::middleOf(program.text("Reel 0")));
+        QTest::keyClick(program.window(), Qt::Key_F10, Qt::ShiftModifier);
+        QTRY_VERIFY(program.control("Copy Info Hash"));
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
+            program.key(key);
+        QTRY_VERIFY(program.state().inspector());
+        QTRY_VERIFY(program.item("TorrentInspector"));
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.item("TorrentInspector"));
+        QVERIFY(!program.state().inspector());
+
+        program.key(Qt::Key_Down);
+        QTRY_COMPARE(currentRow(program), 1);
+        program.key(Qt::Key_Menu);
+        QTRY_VERIFY(program.item("QQuickPopupItem"));
+        QVERIFY(!program.control("Copy Info Hash"));
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.item("QQuickPopupItem"));
+        program.key(Qt::Key_Up);
+        QCOMPARE(currentRow(program), 0);
+    }
+
+    void columnsAreDragged()
+    {
+        Program program;
+        QVERIFY(showResults(program, reels(3)));
+        program.window()->grabWindow();
+        const QQuickItem *size = program.control("Size");
+        const QQuickItem *title = program.control("Title");
+        const qreal wide = title->width();
+        QCOMPARE(size->width(), 80);
+        const QPoint edge = size->mapToScene({-4, size->height() / 2}).toPoint();
+        QTest::mousePress(program.window(), Qt::LeftButton, {}, edge);
+        for (int step = 1; step <= 4; ++step)
+            QTest::mouseMove(program.window(), edge - QPoint(10 * step, 0));
+        QTest::mouseRelease(program.window(), Qt::LeftButton, {}, edge - QPoint(40, 0));
+        QTRY_COMPARE(size->width(), 120);
+        QCOMPARE(title->width(), wide - 40);
+        QVERIFY(!size->property("leading").toBool());
+        program.window()->resize(980, 640);
+        QTRY_VERIFY(title->width() < wide - 40);
+        QVERIFY(title->width() >= 140);
+    }
+
+    void fileFromDisk()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("a b.torrent");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(metainfo) > 0);
+        file.close();
+        Program program;
+        QVERIFY(showSection(program));
+        auto *dialog = program.item("SearchInputs")->findChild<QObject *>("torrentChooser");
+        QVERIFY(dialog);
+        QVERIFY(program.click("Open .torrent…"));
+        QTRY_VERIFY(dialog->property("visible").toBool());
+        QVERIFY(QMetaObject::invokeMethod(dialog, "reject"));
+        QVERIFY(
+            QMetaObject::invokeMethod(dialog, "chosen", Q_ARG(QUrl, QUrl::fromLocalFile(path))));
+        QTRY_VERIFY(program.text("2 file(s) · 1.5 MB · 1 video"));
+        QVERIFY(program.text("Reel/a.SRT"));
+        QVERIFY(program.control("Copy Magnet"));
+        QVERIFY(program.click("Open .torrent in App"));
+        const QString address = QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
+        QTRY_COMPARE(program.handed(), QStringList{"open " + address});
+        QVERIFY(program.click("Reveal"));
+        QTRY_COMPARE(program.handed().value(1), "show " + path);
+        QVERIFY(program.click("Close"));
+        QTRY_VERIFY(!program.state().inspector());
+    }
+
+    void inspectorOfAMagnet()
+    {
+        Program program;
+        QVERIFY(program.show());
+        program.state().inspectMagnet(magnet);
+        QTRY_VERIFY(program.text("Magnet links carry no file list; it's fetched by your torrent "
+                                 "client once it joins the swarm."));
+        QVERIFY(program.text("Reel One"));
+        QVERIFY(!program.control("Reveal"));
+        QVERIFY(!program.control("Open .torrent in App"));
+        QVERIFY(!program.item("TorrentFileList"));
+        QVERIFY(program.click("Copy Magnet"));
+        QTRY_COMPARE(QGuiApplication::clipboard()->text(), magnet);
+        QVERIFY(program.click("Open in Torrent App"));
+        QTRY_COMPARE(program.handed(), QStringList{"open " + magnet});
+        QVERIFY(program.state().inspector());
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.state().inspector());
+    }
+
+    void everyStopHasAName()
+    {
+        QAccessible::setActive(true);
+        Program program;
+        QList<TorrentResult> found = reels(3);
+        found[0].title = "<b>bold</b>";
+        QVERIFY(showResults(program, found));
+        program.state().inspectMagnet(magnet);
+        QTRY_VERIFY(program.item("TorrentInspector"));
+        int stops = 0;
+        for (QQuickItem *item : program.visibleItems()) {
+            const char *type = item->metaObject()->className();
+            if (item->inherits("QQuickText"))
+                QVERIFY2(item->property("textFormat").toInt() == Qt::PlainText, type);
+            if (!item->activeFocusOnTab() || !item->isEnabled())
+                continue;
+            ++stops;
+            QAccessibleInterface *face = QAccessible::queryAccessibleInterface(item);
+            QVERIFY2(face, type);
+            QVERIFY2(!face->text(QAccessible::Name).isEmpty(), type);
+            QVERIFY2(face->role() != QAccessible::NoRole, type);
+        }
+        QVERIFY(program.text("<b>bold</b>"));
+        QVERIFY(stops > 15);
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+    QGuiApplication app(argc, argv);
+    tst_Torrents test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_torrents.moc"
