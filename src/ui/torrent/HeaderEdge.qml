@@ -3,29 +3,35 @@
 import QtQuick
 import Tavelo
 
-// The line between two columns, wide enough to be dragged.
+// The line at the left of a column, wide enough to be dragged.
 MouseArea {
     id: edge
 
-    property real pressedAt: 0 // in the window
+    required property ResultColumns columns
+    required property int column // negative: none that could be resized
 
-    signal grabbed()
-    signal moved(real by) // since it was grabbed
+    property real pressedAt: 0 // in the window
+    property real widthBefore: 0
+
+    function across(x: real): real {
+        return mapToItem(null, x, 0).x;
+    }
 
     cursorShape: Qt.SplitHCursor
     height: parent.height
     hoverEnabled: true
     preventStealing: true
+    visible: column >= 0
     width: 9
     x: -8
 
     onPositionChanged: event => {
         if (pressed)
-            moved(mapToItem(null, event.x, 0).x - pressedAt);
+            columns.resize(column, widthBefore - (across(event.x) - pressedAt));
     }
     onPressed: event => {
-        pressedAt = mapToItem(null, event.x, 0).x;
-        grabbed();
+        pressedAt = across(event.x);
+        widthBefore = columns.widths[column];
     }
 
     Rectangle {

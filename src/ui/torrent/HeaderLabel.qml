@@ -12,11 +12,12 @@ Item {
     required property bool descending
     required property bool trailing
     required property bool lit
+    property int indent: 0
 
     Row {
-        anchors.right: label.trailing ? parent.right : undefined
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
+        x: label.trailing ? label.width - width : label.indent
 
         Label {
             Accessible.ignored: true
@@ -25,7 +26,7 @@ Item {
             font.pixelSize: Theme.caption
             font.weight: Font.DemiBold
             text: label.text
-            width: Math.min(implicitWidth, label.width - (label.leading ? 14 : 0))
+            width: Math.min(implicitWidth, label.width - label.indent - (label.leading ? 14 : 0))
         }
         Icon {
             anchors.verticalCenter: parent.verticalCenter

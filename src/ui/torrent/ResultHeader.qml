@@ -21,13 +21,14 @@ FocusScope {
         spacing: header.columns.gap
         x: header.columns.padding
 
-        HeaderCell {
+        SortCell {
+            columns: header.columns
             results: header.results
             sortKey: TorrentSort.Title
             text: qsTr("Title")
             width: header.columns.title
         }
-        HeaderCell {
+        SortCell {
             column: 0
             columns: header.columns
             results: header.results
@@ -36,7 +37,7 @@ FocusScope {
             trailing: true
             width: header.columns.widths[0]
         }
-        HeaderCell {
+        SortCell {
             column: 1
             columns: header.columns
             results: header.results
@@ -45,7 +46,7 @@ FocusScope {
             trailing: true
             width: header.columns.widths[1]
         }
-        HeaderCell {
+        SortCell {
             column: 2
             columns: header.columns
             results: header.results
@@ -57,19 +58,17 @@ FocusScope {
         HeaderCell {
             column: 3
             columns: header.columns
-            leftPadding: 8
-            results: header.results
+            indent: 8
             text: qsTr("Quality")
             width: header.columns.widths[3]
         }
         HeaderCell {
             column: 4
             columns: header.columns
-            results: header.results
             text: qsTr("Fmt")
             width: header.columns.widths[4]
         }
-        HeaderCell {
+        SortCell {
             column: 5
             columns: header.columns
             results: header.results

@@ -20,6 +20,7 @@ Item {
     required property string source
     required property string spoken
 
+    signal cutTitleHovered(bool hovered)
     signal pressed()
     signal menuWanted(real x, real y)
 
@@ -70,6 +71,12 @@ Item {
                 font.pixelSize: Theme.callout
                 text: row.title
                 width: parent.width
+
+                HoverHandler {
+                    enabled: (parent as Label).truncated
+
+                    onHoveredChanged: row.cutTitleHovered(hovered)
+                }
             }
             Label {
                 Accessible.ignored: true

@@ -17,7 +17,7 @@ FocusScope {
     function openMenu(row: int, x: real, y: real) {
         results.currentRow = row;
         actions.result = results.resultAt(row);
-        menu.x = x;
+        menu.wantedX = x;
         menu.y = y + list.y + row * list.rowHeight - list.contentY + list.originY;
         menu.open();
     }
@@ -62,7 +62,7 @@ FocusScope {
 
         Accessible.name: qsTr("Results")
         Accessible.role: Accessible.List
-        activeFocusOnTab: true
+        activeFocusOnTab: table.results.count > 0
         anchors.bottom: parent.bottom
         anchors.top: header.bottom
         boundsBehavior: Flickable.StopAtBounds
@@ -108,6 +108,8 @@ FocusScope {
         onHeldChanged: table.results.heldRow = held
 
         delegate: ResultRow {
+            id: shown
+
             required property int index
 
             columns: layout
@@ -116,6 +118,7 @@ FocusScope {
             ringed: current && list.activeFocus
             width: ListView.view.width
 
+            onCutTitleHovered: hovered => fullTitle.row = hovered ? shown : null
             onMenuWanted: (x, y) => {
                 list.forceActiveFocus(Qt.MouseFocusReason);
                 table.openMenu(index, x, y);
@@ -126,11 +129,26 @@ FocusScope {
             }
         }
     }
+    Tip {
+        id: fullTitle
+
+        property ResultRow row: null
+
+        delay: 600
+        parent: row ?? list
+        text: row?.title ?? ""
+        visible: row !== null && !list.moving
+        width: Math.min(implicitWidth, table.width - 24)
+        x: 0
+    }
     ChoiceMenu {
         id: menu
 
+        property real wantedX: 0
+
         choices: actions.choices
         closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+        x: Math.min(wantedX, table.width - width)
 
         onChosen: value => actions.perform(value)
     }

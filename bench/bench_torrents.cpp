@@ -1,0 +1,148 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "DemoApplication.h"
+#include "search/TorrentSearchProvider.h"
+#include "ui/TorrentInspectorModel.h"
+#include "ui/TorrentResultModel.h"
+
+#include <QElapsedTimer>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+
+// Ten thousand search results in the program's window: from a change of order or filter to the
+// painted frame, beside a frame that shows nothing new.
+//   xvfb-run -a -s "-screen 0 1600x1000x24" build/release/bin/bench_torrents
+
+using namespace tavelo;
+
+namespace {
+
+constexpr int resultCount = 10'000;
+constexpr int fileCount = 50'000;
+constexpr int rounds = 31;
+constexpr double frame = 16.7; // milliseconds
+
+/// Has all its results at once.
+class ReadyProvider : public TorrentSearchProvider
+{
+public:
+    using TorrentSearchProvider::TorrentSearchProvider;
+
+    QCoro::Task<TorrentResults> search(QString, std::stop_token) const override
+    {
+        QList<TorrentResult> results;
+        for (int i = 0; i < resultCount; ++i) {
+            TorrentResult result;
+            result.id = QString::number(i);
+            result.title = QStringLiteral("The.Lantern.Makers.%1.%2.x264")
+                               .arg(i * 7919 % resultCount)
+                               .arg(i % 3 ? QStringLiteral("1080p.mkv") : QStringLiteral("720p"));
+            result.size = i * 104'729LL % 20'000'000'000;
+            result.seeders = i * 31 % 997;
+            result.sources = {QStringLiteral("Provider %1").arg(i % 5)};
+            results.append(result);
+        }
+        co_return results;
+    }
+};
+
+/// Milliseconds from `change` to the end of the frame that shows it; the median and the longest.
+void measure(QQuickWindow &window, const char *what, const std::function<void(int)> &change)
+{
+    QList<double> times;
+    for (int round = 0; round < rounds; ++round) {
+        QTest::qWait(40); // nothing is left to paint
+        QElapsedTimer timer;
+        bool painted = false;
+        double time = 0;
+        const auto connection = QObject::connect(
+            &window, &QQuickWindow::frameSwapped, &window,
+            [&] {
+                time = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+                painted = true;
+            },
+            Qt::DirectConnection);
+        timer.start();
+        change(round);
+        (void)QTest::qWaitFor([&] { return painted; });
+        QObject::disconnect(connection);
+        times.append(time);
+    }
+    std::ranges::sort(times);
+    const double median = times[times.size() / 2];
+    std::printf("%-34s %6.2f ms   longest %6.2f ms   of a frame %.2f\n", what, median, times.last(),
+                median / frame);
+}
+
+TorrentResultModel *resultsIn(const QQuickItem *item)
+{
+    if (auto *model = item->property("results").value<TorrentResultModel *>())
+        return model;
+    for (const QQuickItem *child : item->childItems()) {
+        if (auto *model = resultsIn(child))
+            return model;
+    }
+    return nullptr;
+}
+
+void measureModel(TorrentResultModel &model)
+{
+    QElapsedTimer timer;
+    timer.start();
+    for (int round = 0; round < rounds; ++round)
+        model.sortBy(TorrentSort::Title);
+    std::printf("%-34s %6.2f ms\n", "filter and sort, with its signals",
+                static_cast<double>(timer.nsecsElapsed()) / 1e6 / rounds);
+}
+
+void measureInspector()
+{
+    TorrentInfo info;
+    for (int i = 0; i < fileCount; ++i)
+        info.files.append({QStringLiteral("Reels/Part %1/reel.%1.srt").arg(i), 1'000});
+    TorrentInspectorModel model;
+    QElapsedTimer timer;
+    timer.start();
+    model.setInfo(QVariant::fromValue(info));
+    std::printf("%-34s %6.2f ms\n", "inspector's model of 50,000 files",
+                static_cast<double>(timer.nsecsElapsed()) / 1e6);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    DemoApplication demo(argc, argv);
+    if (!demo.startServices() || !demo.show())
+        return 1;
+    QQuickWindow &window = *demo.application().window();
+    window.resize(1440, 900);
+    AppState &state = demo.application().state();
+    state.setSectionName(QStringLiteral("Torrent Search"));
+    const auto config = ProviderConfig::create(QStringLiteral("Ready"), ProviderKind::ApiBay, {});
+    state.aggregator()->search(QStringLiteral("lantern"),
+                               {std::make_shared<ReadyProvider>(config)});
+    TorrentResultModel *model = nullptr;
+    const auto isFilled = [&] {
+        model = resultsIn(window.contentItem());
+        return model && model->count() == resultCount;
+    };
+    if (!QTest::qWaitFor(isFilled, 10'000))
+        return 1;
+    QTest::qWait(1'000);
+
+    measureModel(*model);
+    measureInspector();
+    measure(window, "a frame with nothing new", [&](int) { window.update(); });
+    measure(window, "sort by title to its frame", [&](int) { model->sortBy(TorrentSort::Title); });
+    measure(window, "sort by size to its frame", [&](int) { model->sortBy(TorrentSort::Size); });
+    measure(window, "filter to its frame", [&](int round) {
+        model->setResolution(round % 2 ? TorrentFilter::any() : QStringLiteral("1080p"));
+    });
+    return 0;
+}
