@@ -10,8 +10,11 @@
 #include "torrent/TorrentMetadata.h"
 
 #include <QCoroFuture>
+#include <QDir>
 #include <QFileInfo>
 #include <QPointer>
+
+#include <algorithm>
 
 namespace tavelo {
 
@@ -62,6 +65,17 @@ void AppState::resume(const HistoryEntry &entry)
 {
     m_playback.playEntry(entry);
     setShowPlayer(true);
+}
+
+void AppState::playDownload(const DownloadTask &task)
+{
+    const QList<SavedFile> saved = m_downloads.saved();
+    const auto file =
+        std::ranges::find(saved, QDir::cleanPath(task.dest), [](const SavedFile &one) {
+            return QDir::cleanPath(one.url.toLocalFile());
+        });
+    if (file != saved.end())
+        playLocal(*file);
 }
 
 void AppState::download(const ArchiveFile &file, const MediaItem &item)
@@ -161,6 +175,23 @@ void AppState::openWebPage(const QUrl &url)
 void AppState::showInFileManager(const QUrl &file)
 {
     tellFailure(m_workspace->showInFileManager(file.toLocalFile()));
+}
+
+void AppState::useCacheFolder(const QUrl &folder)
+{
+    if (!folder.isLocalFile())
+        return;
+    m_settings.setCachePath(folder.toLocalFile());
+    m_cache.configureURLCache();
+    m_cache.refresh();
+}
+
+void AppState::useDownloadsFolder(const QUrl &folder)
+{
+    if (!folder.isLocalFile())
+        return;
+    m_settings.setDownloadsPath(folder.toLocalFile());
+    m_cache.refresh();
 }
 
 QCoro::Task<> AppState::tellFailure(QCoro::Task<Workspace::Outcome> deed)

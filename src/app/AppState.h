@@ -132,6 +132,8 @@ public:
                           const QList<tavelo::ArchiveFile> &subtitles);
     Q_INVOKABLE void playLocal(const tavelo::SavedFile &file);
     Q_INVOKABLE void resume(const tavelo::HistoryEntry &entry);
+    /// Plays what a finished download saved; nothing when the file is not there any more.
+    Q_INVOKABLE void playDownload(const tavelo::DownloadTask &task);
     /// Starts a download and goes to the Downloads section.
     Q_INVOKABLE void download(const tavelo::ArchiveFile &file, const tavelo::MediaItem &item);
     /// Shows what a magnet link says of its torrent.
@@ -145,6 +147,10 @@ public:
     /// An http or https address, in the user's browser.
     Q_INVOKABLE void openWebPage(const QUrl &url);
     Q_INVOKABLE void showInFileManager(const QUrl &file);
+    /// From now on the cache is in `folder`; what is in the old one stays there.
+    Q_INVOKABLE void useCacheFolder(const QUrl &folder);
+    /// From now on downloads are saved in `folder`.
+    Q_INVOKABLE void useDownloadsFolder(const QUrl &folder);
 
 Q_SIGNALS:
     void sectionChanged();

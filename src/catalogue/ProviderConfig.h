@@ -5,6 +5,7 @@
 #include "catalogue/ProviderKind.h"
 
 #include <QList>
+#include <QMetaType>
 #include <QUuid>
 
 namespace tavelo {
@@ -12,6 +13,12 @@ namespace tavelo {
 /// One entry of the user's list of search providers.
 struct ProviderConfig
 {
+    Q_GADGET
+    Q_PROPERTY(QUuid id MEMBER id CONSTANT)
+    Q_PROPERTY(QString name MEMBER name CONSTANT)
+    Q_PROPERTY(bool enabled MEMBER enabled CONSTANT)
+
+public:
     QUuid id = {};     // never changes
     QString name = {}; // shown, and the source that this provider's results name
     ProviderKind kind = ProviderKind::Orvella;

@@ -22,9 +22,9 @@ public:
 
     void add(const ProviderConfig &config);
     /// Every entry of that id.
-    void remove(const QUuid &id);
+    Q_INVOKABLE void remove(const QUuid &id);
     /// The first entry of that id, if there is one.
-    void setEnabled(const QUuid &id, bool on);
+    Q_INVOKABLE void setEnabled(const QUuid &id, bool on);
 
 Q_SIGNALS:
     /// After each of the three, whether or not it changed anything.

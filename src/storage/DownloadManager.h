@@ -17,6 +17,8 @@ namespace tavelo {
 class DownloadManager : public QObject, private TransferDelegate
 {
     Q_OBJECT
+    Q_PROPERTY(QList<tavelo::DownloadTask> tasks READ tasks NOTIFY tasksChanged)
+    Q_PROPERTY(QList<tavelo::SavedFile> saved READ saved NOTIFY savedChanged)
 
 public:
     /// What a download must leave free on its volume.
@@ -35,13 +37,13 @@ public:
     /// must have room. Gives why it was not started; nothing when it was.
     std::optional<QString> start(const QString &title, const QUrl &url,
                                  std::optional<qint64> expectedSize);
-    void pause(const QUuid &id);
+    Q_INVOKABLE void pause(const QUuid &id);
     /// Goes on where it was paused; from the first byte when it cannot, or was over.
-    void resume(const QUuid &id);
+    Q_INVOKABLE void resume(const QUuid &id);
     /// Ends the task and forgets it; a finished file stays.
-    void cancel(const QUuid &id);
-    void clearFinished();
-    void refreshSaved();
+    Q_INVOKABLE void cancel(const QUuid &id);
+    Q_INVOKABLE void clearFinished();
+    Q_INVOKABLE void refreshSaved();
 
 Q_SIGNALS:
     void tasksChanged();

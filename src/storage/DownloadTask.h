@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QMetaType>
 #include <QString>
 #include <QUrl>
 #include <QUuid>
 
+#include <algorithm>
 #include <variant>
 
 namespace tavelo {
@@ -13,6 +15,15 @@ namespace tavelo {
 /// One download of this run.
 struct DownloadTask
 {
+    Q_GADGET
+    Q_PROPERTY(QUuid id MEMBER id CONSTANT)
+    Q_PROPERTY(QString title MEMBER title CONSTANT)
+    Q_PROPERTY(double progress READ progress CONSTANT)
+    Q_PROPERTY(bool isDownloading READ isDownloading CONSTANT)
+    Q_PROPERTY(bool isPaused READ isPaused CONSTANT)
+    Q_PROPERTY(bool isFinished READ isFinished CONSTANT)
+
+public:
     struct Downloading
     {
         bool operator==(const Downloading &) const = default;
@@ -44,6 +55,15 @@ struct DownloadTask
     bool is() const
     {
         return std::holds_alternative<T>(state);
+    }
+    bool isDownloading() const { return is<Downloading>(); }
+    bool isPaused() const { return is<Paused>(); }
+    bool isFinished() const { return is<Finished>(); }
+
+    /// How much of it is here: 0 to 1, and 0 while its size is not known.
+    double progress() const
+    {
+        return expected < 1 ? 0 : std::clamp(double(received) / double(expected), 0.0, 1.0);
     }
 
     bool operator==(const DownloadTask &) const = default;

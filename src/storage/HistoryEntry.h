@@ -20,6 +20,7 @@ struct HistoryEntry
     Q_PROPERTY(double position MEMBER position CONSTANT)
     Q_PROPERTY(double duration MEMBER duration CONSTANT)
     Q_PROPERTY(QDateTime lastPlayed MEMBER lastPlayed CONSTANT)
+    Q_PROPERTY(bool isUnderway READ isUnderway CONSTANT)
 
 public:
     QString key;    // what was played; one entry a key

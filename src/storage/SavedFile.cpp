@@ -28,6 +28,11 @@ QDateTime creationOf(const QFileInfo &file)
 
 } // namespace
 
+QString SavedFile::title() const
+{
+    return QFileInfo(url.toLocalFile()).completeBaseName();
+}
+
 QList<SavedFile> savedFilesIn(const QString &folder)
 {
     QList<SavedFile> saved;

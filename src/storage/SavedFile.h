@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QList>
+#include <QMetaType>
 #include <QUrl>
 
 namespace tavelo {
@@ -11,9 +12,18 @@ namespace tavelo {
 /// One video file of the downloads folder.
 struct SavedFile
 {
+    Q_GADGET
+    Q_PROPERTY(QUrl url MEMBER url CONSTANT)
+    Q_PROPERTY(qint64 size MEMBER size CONSTANT)
+    Q_PROPERTY(QString title READ title CONSTANT)
+
+public:
     QUrl url;        // of a file
     qint64 size = 0; // bytes
     QDateTime added; // when it was created; the epoch's start when the file system does not know
+
+    /// The file's name without its extension.
+    QString title() const;
 
     bool operator==(const SavedFile &) const = default;
 };

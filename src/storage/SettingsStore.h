@@ -23,6 +23,7 @@ class SettingsStore : public QObject
     Q_PROPERTY(
         qint64 autoCleanDays READ autoCleanDays WRITE setAutoCleanDays NOTIFY autoCleanDaysChanged)
     Q_PROPERTY(bool gridView READ gridView WRITE setGridView NOTIFY gridViewChanged)
+    Q_PROPERTY(QList<tavelo::ProviderConfig> providers READ providers NOTIFY providersChanged)
 
 public:
     explicit SettingsStore(QObject *parent = nullptr);
