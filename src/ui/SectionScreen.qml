@@ -13,7 +13,10 @@ Lazy {
     readonly property bool current: app.section === section
     readonly property var files: ({
         "Home": "catalog/HomeScreen.qml",
-        "Torrent Search": "torrent/TorrentSearchScreen.qml"
+        "Torrent Search": "torrent/TorrentSearchScreen.qml",
+        "Library": "manage/LibraryScreen.qml",
+        "Downloads": "manage/DownloadsScreen.qml",
+        "Settings": "manage/SettingsScreen.qml"
     })
     readonly property bool beginsAnew: section === "Torrent Search"
 

@@ -10,7 +10,11 @@
 #include "playback/PlaybackCoordinator.h"
 #include "playback/SubtitleManager.h"
 #include "playback/SubtitleTrack.h"
+#include "search/ProviderRegistry.h"
 #include "search/SearchAggregator.h"
+#include "storage/CacheManager.h"
+#include "storage/DownloadManager.h"
+#include "storage/LibraryStore.h"
 #include "ui/ProviderChip.h"
 
 #include <qqmlregistration.h>
@@ -106,6 +110,74 @@ struct ForeignNowPlaying
     Q_GADGET
     QML_FOREIGN(tavelo::NowPlaying)
     QML_NAMED_ELEMENT(nowPlaying)
+};
+
+struct ForeignLibraryStore
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::LibraryStore)
+    QML_NAMED_ELEMENT(LibraryStore)
+    QML_UNCREATABLE("AppState owns it.")
+};
+
+struct ForeignDownloadManager
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::DownloadManager)
+    QML_NAMED_ELEMENT(DownloadManager)
+    QML_UNCREATABLE("AppState owns it.")
+};
+
+struct ForeignCacheManager
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::CacheManager)
+    QML_NAMED_ELEMENT(CacheManager)
+    QML_UNCREATABLE("AppState owns it.")
+};
+
+struct ForeignSettingsStore
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::SettingsStore)
+    QML_NAMED_ELEMENT(SettingsStore)
+    QML_UNCREATABLE("AppState owns it.")
+};
+
+struct ForeignProviderRegistry
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::ProviderRegistry)
+    QML_NAMED_ELEMENT(ProviderRegistry)
+    QML_UNCREATABLE("AppState owns it.")
+};
+
+struct ForeignHistoryEntry
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::HistoryEntry)
+    QML_NAMED_ELEMENT(historyEntry)
+};
+
+struct ForeignSavedFile
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::SavedFile)
+    QML_NAMED_ELEMENT(savedFile)
+};
+
+struct ForeignDownloadTask
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::DownloadTask)
+    QML_NAMED_ELEMENT(downloadTask)
+};
+
+struct ForeignProviderConfig
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::ProviderConfig)
+    QML_NAMED_ELEMENT(providerConfig)
 };
 
 } // namespace tavelo

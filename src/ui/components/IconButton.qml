@@ -12,6 +12,7 @@ T.AbstractButton {
     property color color: Theme.primary
     property int iconSize: 20
     property color plate: "transparent"
+    property bool ringed: visualFocus
     property bool round: false
 
     activeFocusOnTab: true
@@ -39,7 +40,7 @@ T.AbstractButton {
 
         FocusRing {
             radius: parent.radius + 2
-            shown: button.visualFocus
+            shown: button.ringed
         }
     }
     contentItem: ButtonFace {

@@ -7,6 +7,7 @@ import Tavelo
 T.AbstractButton {
     id: button
 
+    property bool borderless: false
     property bool prominent: false
     property string symbol: ""
     property bool small: false
@@ -28,10 +29,11 @@ T.AbstractButton {
     }
 
     background: Rectangle {
-        border.color: button.prominent ? "transparent" : Theme.hairline
-        color: button.prominent ? Theme.accent : button.down ? Theme.fillPressed
-                                                             : button.hovered ? Theme.fillHovered
-                                                                              : Theme.fill
+        border.color: button.prominent || button.borderless ? "transparent" : Theme.hairline
+        color: button.prominent ? Theme.accent
+               : button.down ? Theme.fillPressed
+               : button.hovered ? Theme.fillHovered
+               : button.borderless ? "transparent" : Theme.fill
         radius: button.small ? height / 2 : 7
 
         Rectangle {
@@ -46,7 +48,7 @@ T.AbstractButton {
         }
     }
     contentItem: ButtonFace {
-        ink: button.prominent ? Theme.accentInk : Theme.primary
+        ink: button.prominent ? Theme.accentInk : button.borderless ? Theme.accent : Theme.primary
         pixelSize: button.small ? Theme.caption : Theme.callout
         symbol: button.symbol
         text: button.text

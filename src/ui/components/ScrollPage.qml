@@ -28,6 +28,8 @@ Flickable {
     T.ScrollBar.vertical: ScrollThumb {
     }
 
+    Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+
     Column {
         id: column
 

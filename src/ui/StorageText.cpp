@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "ui/StorageText.h"
+
+#include "catalogue/Fmt.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace tavelo {
+
+QString StorageText::status(const DownloadTask &task)
+{
+    if (const auto *failed = std::get_if<DownloadTask::Failed>(&task.state))
+        return QStringLiteral("Failed: ") + failed->message;
+    if (task.isFinished())
+        return QStringLiteral("Saved to ") + QDir::toNativeSeparators(QFileInfo(task.dest).path());
+    const auto expected = task.expected < 1 ? std::nullopt : std::optional(task.expected);
+    const QString sizes =
+        Fmt::byteCount(task.received) + QStringLiteral(" of ") + Fmt::byteCount(expected);
+    return task.isPaused() ? sizes + QStringLiteral(" · paused") : sizes;
+}
+
+QString StorageText::freeSpace(qint64 bytes)
+{
+    return QStringLiteral("Free space: ") + Fmt::byteCount(bytes);
+}
+
+QString StorageText::cacheUse(qint64 usedBytes, qint64 freeBytes)
+{
+    return QStringLiteral("Cache in use: ") + Fmt::byteCount(usedBytes) +
+           QStringLiteral(" · Free disk space: ") + Fmt::byteCount(freeBytes);
+}
+
+QString StorageText::cacheLimit(qint64 megabytes)
+{
+    return QStringLiteral("Cache limit: %1 MB").arg(megabytes);
+}
+
+QString StorageText::autoClean(qint64 days)
+{
+    return days == 0 ? QStringLiteral("Auto-clean cache: never")
+                     : QStringLiteral("Auto-clean cache older than %1 days").arg(days);
+}
+
+QString StorageText::provider(const ProviderConfig &config)
+{
+    return label(config.kind) + QStringLiteral(" · ") + config.baseURL;
+}
+
+QUrl StorageText::address(const QString &path)
+{
+    return QUrl::fromLocalFile(path);
+}
+
+} // namespace tavelo

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Tavelo
+
+Sheet {
+    id: sheet
+
+    required property var app // an AppState
+
+    padding: Theme.inset
+    title: qsTr("Add Provider")
+    visible: true
+    width: 520
+
+    contentItem: ProviderForm {
+        focus: true
+        title: sheet.title
+
+        Component.onCompleted: takeFocus()
+        onCancelled: sheet.close()
+        onSubmitted: draft => {
+            if (draft.addTo(sheet.app.registry))
+                sheet.close();
+        }
+    }
+}
