@@ -44,7 +44,7 @@ void Tour::shoot(const char *name)
 bool Tour::walk()
 {
     return home() && placeholder() && itemSheets() && player() && brokenFilm() && torrentSearch() &&
-           torrentResults() && torrentInspector();
+           torrentResults() && torrentInspector() && manage();
 }
 
 bool Tour::home()

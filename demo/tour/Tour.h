@@ -31,6 +31,16 @@ private:
     bool torrentInspector();
     void addIndexers();
     void type(const QString &name, const QString &text);
+    // In TourManage.cpp.
+    bool manage();
+    bool emptyShelves();
+    bool downloads();
+    bool library();
+    bool settings();
+    bool providerEditor();
+    /// Waits until a third of it is here, or it is over.
+    bool startDownload(const QString &title, const QString &id);
+
     bool openItem(const QString &title);
     bool waitPlaying(double seconds) const;
     void shoot(const char *name);

@@ -117,6 +117,12 @@ void UiDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) const
     QTest::keyClick(m_window, key, modifiers);
 }
 
+void UiDriver::type(const QString &text) const
+{
+    for (const QChar letter : text)
+        QTest::sendKeyEvent(QTest::Click, m_window, Qt::Key_unknown, letter, Qt::NoModifier);
+}
+
 void UiDriver::resize(const QSize &size) const
 {
     m_window->resize(size);

@@ -30,6 +30,7 @@ public:
     bool hover(const QString &name) const;
     void move(const QPoint &to) const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+    void type(const QString &text) const;
     /// Resizes the window and waits until it has been drawn at that size.
     void resize(const QSize &size) const;
     QImage picture() const { return m_window->grabWindow(); }
