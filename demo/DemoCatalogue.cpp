@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "DemoCatalogue.h"
 
+#include "DemoMetainfo.h"
+
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
@@ -18,6 +20,16 @@ namespace {
 QJsonObject metadataOf(const QJsonObject &item)
 {
     return item.value(QLatin1String("metadata")).toObject();
+}
+
+QString idOf(const QJsonObject &item)
+{
+    return metadataOf(item).value(QLatin1String("identifier")).toString();
+}
+
+QString torrentName(const QString &id)
+{
+    return id + QLatin1String("_archive.torrent");
 }
 
 /// A field as one lower-case text, whatever its type.
@@ -170,6 +182,10 @@ QByteArray DemoCatalogue::metadata(const QString &id) const
                     QString::number(info.lastModified().toSecsSinceEpoch()));
         files.append(file);
     }
+    files.append(QJsonObject{{QStringLiteral("name"), torrentName(id)},
+                             {QStringLiteral("source"), QStringLiteral("metadata")},
+                             {QStringLiteral("format"), QStringLiteral("Archive BitTorrent")},
+                             {QStringLiteral("size"), QString::number(torrentOf(*found).size())}});
     QJsonObject metadata = metadataOf(*found);
     metadata.insert(QLatin1String("collection"), found->value(QLatin1String("collection")));
     return QJsonDocument(QJsonObject{{QStringLiteral("metadata"), metadata},
@@ -187,6 +203,21 @@ std::optional<QString> DemoCatalogue::filePath(const QString &id, const QString 
             return pathOf(file[QLatin1String("film")].toString());
     }
     return {};
+}
+
+std::optional<QByteArray> DemoCatalogue::torrent(const QString &id, const QString &name) const
+{
+    const auto found = item(id);
+    return found && name == torrentName(id) ? std::optional(torrentOf(*found)) : std::nullopt;
+}
+
+QByteArray DemoCatalogue::torrentOf(const QJsonObject &item) const
+{
+    DemoMetainfo::Content content{.name = idOf(item), .single = false, .files = {}, .trackers = {}};
+    for (const QJsonValue &file : item.value(QLatin1String("files")).toArray())
+        content.files.append({file[QLatin1String("name")].toString(),
+                              QFileInfo(pathOf(file[QLatin1String("film")].toString())).size()});
+    return DemoMetainfo::of(content).file;
 }
 
 std::optional<QString> DemoCatalogue::posterPath(const QString &id) const
@@ -210,7 +241,7 @@ std::optional<QJsonObject> DemoCatalogue::item(const QString &id) const
 {
     for (const QJsonValue &value : m_items) {
         const QJsonObject one = value.toObject();
-        if (metadataOf(one).value(QLatin1String("identifier")).toString() == id)
+        if (idOf(one) == id)
             return one;
     }
     return {};

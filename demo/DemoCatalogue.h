@@ -24,11 +24,14 @@ public:
     QByteArray metadata(const QString &id) const;
     /// Where a file of an item lies; absent when there is none of that name.
     std::optional<QString> filePath(const QString &id, const QString &name) const;
+    /// The .torrent file of all an item's files; absent when it is not called `name`.
+    std::optional<QByteArray> torrent(const QString &id, const QString &name) const;
     std::optional<QString> title(const QString &id) const;
     std::optional<QString> posterPath(const QString &id) const;
 
 private:
     std::optional<QJsonObject> item(const QString &id) const;
+    QByteArray torrentOf(const QJsonObject &item) const;
     QString pathOf(const QString &film) const;
 
     QString m_filmsFolder;

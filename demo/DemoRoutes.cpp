@@ -49,7 +49,10 @@ DemoReply DemoRoutes::metadata(const DemoRequest &, const QString &rest) const
 DemoReply DemoRoutes::download(const DemoRequest &request, const QString &rest) const
 {
     const QString id = rest.section(QLatin1Char('/'), 0, 0);
-    const auto path = m_catalogue.filePath(id, rest.section(QLatin1Char('/'), 1));
+    const QString name = rest.section(QLatin1Char('/'), 1);
+    if (const auto torrent = m_catalogue.torrent(id, name))
+        return DemoReply::text(200, *torrent, "application/x-bittorrent");
+    const auto path = m_catalogue.filePath(id, name);
     return path ? DemoReply::ofFile(*path, request) : DemoReply::notFound();
 }
 
