@@ -43,8 +43,8 @@ void Tour::shoot(const char *name)
 
 bool Tour::walk()
 {
-    return home() && placeholder() && itemSheets() && player() && brokenFilm() && torrentSearch() &&
-           torrentResults() && torrentInspector() && manage();
+    return home() && discover() && search() && itemSheets() && player() && brokenFilm() &&
+           torrentSearch() && torrentResults() && torrentInspector() && manage() && homeLater();
 }
 
 bool Tour::home()
@@ -74,13 +74,56 @@ bool Tour::home()
     return true;
 }
 
-bool Tour::placeholder()
+bool Tour::discover()
 {
-    const bool came =
-        m_ui.click(QStringLiteral("Discover")) && m_ui.waitFor(QStringLiteral("Not here yet."));
-    if (!expect(came, "a section that is not there yet"))
+    m_ui.click(QStringLiteral("Discover"));
+    if (!expect(m_ui.waitFor(QStringLiteral("Northern Lights")), "the first collection"))
         return false;
-    shoot("section-to-come");
+    QTest::qWait(2 * settled); // posters
+    shoot("discover-grid");
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Down})
+        m_ui.key(key);
+    shoot("discover-keyboard");
+    m_ui.key(Qt::Key_Home); // brings the title's row back
+    QTest::qWait(settled);
+    m_ui.click(QStringLiteral("List"));
+    QTest::qWait(2 * settled);
+    shoot("discover-list");
+    m_ui.click(QStringLiteral("Grid"));
+    m_demo->services().setFaults({.below = "/advancedsearch.php", .status = 503});
+    m_ui.click(QStringLiteral("Film Noir"));
+    const QString nothing =
+        QStringLiteral("Pick a collection to browse real Orvella catalog entries.");
+    if (!expect(m_ui.waitFor(nothing), "a collection that does not come"))
+        return false;
+    shoot("discover-failed");
+    m_demo->services().setFaults({});
+    m_ui.click(QStringLiteral("Feature Films"));
+    return true;
+}
+
+bool Tour::search()
+{
+    m_ui.click(QStringLiteral("Search"));
+    shoot("search-hint");
+    m_ui.click(QStringLiteral("Search Orvella films, documentaries, shorts…"));
+    m_ui.key(Qt::Key_A, Qt::ControlModifier);
+    for (const Qt::Key key : {Qt::Key_D, Qt::Key_R, Qt::Key_A, Qt::Key_M, Qt::Key_A})
+        m_ui.key(key);
+    m_demo->services().setFaults({.below = "/advancedsearch.php", .latency = 1000});
+    m_ui.key(Qt::Key_Return);
+    shoot("search-searching");
+    m_demo->services().setFaults({});
+    if (!expect(m_ui.waitFor(QStringLiteral("Dusk over Kestrel Ridge")), "what was found"))
+        return false;
+    QTest::qWait(2 * settled); // posters
+    shoot("search-results");
+    m_demo->services().setFaults({.below = "/advancedsearch.php", .status = 503});
+    m_ui.key(Qt::Key_Return, Qt::ControlModifier);
+    if (!expect(m_ui.waitFor(QStringLiteral("Search failed: HTTP 503")), "a search that fails"))
+        return false;
+    shoot("search-failed");
+    m_demo->services().setFaults({});
     return m_ui.click(QStringLiteral("Home"));
 }
 
@@ -210,97 +253,36 @@ bool Tour::brokenFilm()
     return true;
 }
 
-void Tour::type(const QString &name, const QString &text)
-{
-    m_ui.click(name);
-    for (const QChar letter : text)
-        m_ui.key(static_cast<Qt::Key>(letter.toUpper().unicode()));
-}
-
-void Tour::addIndexers()
-{
-    const QString base = m_demo->services().baseUrl();
-    ProviderRegistry *registry = m_demo->application().state().registry();
-    for (const QString &name :
-         {QStringLiteral("reel"), QStringLiteral("slow"), QStringLiteral("broken")}) {
-        registry->add(
-            ProviderConfig::create(name, ProviderKind::Torznab,
-                                   base + QLatin1String("/torznab/") + name + QLatin1String("/api"),
-                                   QStringLiteral("demo-key")));
-    }
-}
-
-bool Tour::torrentSearch()
+bool Tour::homeLater()
 {
     AppState &state = m_demo->application().state();
-    const bool first = state.aggregator()->lastQuery().isEmpty();
-    if (!expect(m_ui.click(QStringLiteral("Torrent Search")), "the torrent search"))
-        return false;
-    const auto providers = state.settings()->providers();
-    for (const ProviderConfig &config : providers)
-        state.registry()->setEnabled(config.id, false);
-    shoot("torrents-no-providers");
-    state.settings()->setProviders(providers);
-    if (first) {
-        shoot("torrents-hint");
-        addIndexers();
+    double minutes = 3;
+    for (const MediaItem &item : state.popular()) {
+        HistoryEntry entry;
+        entry.key = item.id + QLatin1String("|film.mp4");
+        entry.itemID = item.id;
+        entry.title = item.title;
+        entry.thumbnail = item.thumbnailURL().toString();
+        entry.position = (minutes += 5.1) * 60;
+        entry.duration = minutes > 60 ? 0 : 4200;
+        state.library()->record(entry);
     }
-    m_demo->services().setFaults({.latency = 1500});
-    type(QStringLiteral("Search title or keywords across enabled providers…"),
-         QStringLiteral("the"));
-    m_ui.key(Qt::Key_Return);
-    if (!expect(m_ui.waitFor(QStringLiteral("Searching…")), "a search that runs"))
-        return false;
-    shoot("torrents-searching");
-    m_demo->services().setFaults({});
-    return true;
-}
-
-bool Tour::torrentResults()
-{
-    const SearchAggregator *aggregator = m_demo->application().state().aggregator();
-    if (!expect(m_ui.waitFor(QStringLiteral("broken: HTTP 503")), "a provider that failed"))
-        return false;
-    shoot("torrents-results-coming");
-    const bool ended = QTest::qWaitFor([=] { return !aggregator->isSearching(); }, 20'000);
-    if (!expect(ended, "the end of the search"))
-        return false;
-    shoot("torrents-results");
-    m_ui.click(QStringLiteral("Sources"));
-    shoot("torrents-sources");
-    m_ui.key(Qt::Key_Escape);
-    m_ui.click(QStringLiteral("Resolution"));
-    shoot("torrents-resolutions");
-    if (!expect(m_ui.click(QStringLiteral("1080p")), "a resolution to choose"))
-        return false;
-    m_ui.click(QStringLiteral("Title"));
-    for (int i = 0; i < 9; ++i) // past the filters and the header
-        m_ui.key(Qt::Key_Tab);
-    m_ui.key(Qt::Key_Down);
-    m_ui.key(Qt::Key_Return);
-    shoot("torrents-row-menu");
-    return true;
-}
-
-bool Tour::torrentInspector()
-{
-    if (!expect(m_ui.click(QStringLiteral("Inspect Magnet")) &&
-                    m_ui.waitFor(QStringLiteral("Copy Magnet")),
-                "the inspector of a magnet link"))
-        return false;
-    shoot("inspector-magnet");
-    m_ui.key(Qt::Key_Escape);
-    for (const TorrentResult &result : m_demo->application().state().aggregator()->results()) {
-        if (!result.torrentURL || !result.sources.contains(QStringLiteral("YTS")))
-            continue;
-        m_demo->application().state().inspectTorrentURL(*result.torrentURL);
-        break;
-    }
-    if (!expect(m_ui.waitFor(QStringLiteral("Reveal")), "the inspector of a file"))
-        return false;
-    shoot("inspector-file");
-    m_ui.key(Qt::Key_Escape);
-    return expect(m_ui.click(QStringLiteral("Home")), "the way back to Home");
+    if (!openItem(QStringLiteral("Neon Alibi")) ||
+        !m_ui.click(QStringLiteral("Save to Downloads")) ||
+        !QTest::qWaitFor([&] { return !state.downloads()->saved().isEmpty(); }, 20'000))
+        return expect(false, "a saved film");
+    m_ui.click(QStringLiteral("Home"));
+    const bool came = m_ui.waitFor(QStringLiteral("Continue Watching"));
+    QTest::qWait(2 * settled); // posters
+    for (int i = 0; i < 9; ++i)
+        m_ui.key(Qt::Key_Up);
+    shoot("home-continue-watching");
+    for (int i = 0; i < 9; ++i)
+        m_ui.key(Qt::Key_Down);
+    QTest::qWait(2 * settled);
+    shoot("home-local-content");
+    state.library()->clear();
+    return expect(came, "the shelf of what was begun");
 }
 
 } // namespace tavelo

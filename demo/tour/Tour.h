@@ -21,11 +21,14 @@ public:
 
 private:
     bool home();
-    bool placeholder();
+    bool discover();
+    bool search();
     bool itemSheets();
     bool player();
     bool playerMenus();
     bool brokenFilm();
+    bool homeLater();
+    // In TourTorrents.cpp.
     bool torrentSearch();
     bool torrentResults();
     bool torrentInspector();

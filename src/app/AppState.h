@@ -44,6 +44,7 @@ class AppState : public QObject
     Q_PROPERTY(
         QList<tavelo::MediaItem> discoverResults READ discoverResults NOTIFY discoverResultsChanged)
     Q_PROPERTY(bool discoverLoading READ discoverLoading NOTIFY discoverLoadingChanged)
+    Q_PROPERTY(QList<tavelo::Collection> collections READ collections CONSTANT)
     Q_PROPERTY(QVariant collection READ collectionVariant NOTIFY collectionChanged)
     Q_PROPERTY(QVariant inspector READ inspectorVariant NOTIFY inspectorChanged)
     Q_PROPERTY(
@@ -75,6 +76,7 @@ public:
     const std::optional<QString> &searchError() const { return m_searchError; }
     QList<MediaItem> discoverResults() const { return m_discoverResults; }
     bool discoverLoading() const { return m_discoverLoading; }
+    static QList<Collection> collections() { return Collection::all(); }
     const std::optional<Collection> &collection() const { return m_collection; }
     /// The torrent that was inspected last.
     const std::optional<TorrentInfo> &inspector() const { return m_inspector; }

@@ -17,6 +17,7 @@ struct ArchiveDetails
     Q_PROPERTY(QList<tavelo::ArchiveFile> playable READ playable CONSTANT)
     Q_PROPERTY(QList<tavelo::ArchiveFile> otherVideos READ otherVideos CONSTANT)
     Q_PROPERTY(QList<tavelo::ArchiveFile> subtitles READ subtitles CONSTANT)
+    Q_PROPERTY(QUrl torrentURL READ torrentURL CONSTANT)
 
 public:
     MediaItem item;
@@ -27,6 +28,8 @@ public:
     QList<ArchiveFile> otherVideos() const; // for download only
     QList<ArchiveFile> subtitles() const;   // SRT, VTT
     std::optional<ArchiveFile> torrent() const;
+    /// Where that file is, for the screens: empty when there is none.
+    QUrl torrentURL() const { return torrent().value_or(ArchiveFile()).url; }
 
     bool operator==(const ArchiveDetails &) const = default;
 };

@@ -49,6 +49,13 @@ QUrl MediaItem::licenseLink() const
     return url.isValid() && isWeb && !url.host().isEmpty() ? url : QUrl();
 }
 
+QString MediaItem::credits() const
+{
+    QStringList parts{yearText(), creatorText()};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(" · "));
+}
+
 QJsonObject MediaItem::toJson() const
 {
     QJsonObject object{{QStringLiteral("id"), id},

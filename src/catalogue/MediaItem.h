@@ -20,6 +20,7 @@ struct MediaItem
     Q_PROPERTY(QString year READ yearText CONSTANT)
     Q_PROPERTY(QString summary READ summaryText CONSTANT)
     Q_PROPERTY(QString creator READ creatorText CONSTANT)
+    Q_PROPERTY(QString credits READ credits CONSTANT)
     Q_PROPERTY(QStringList subjects MEMBER subjects CONSTANT)
     Q_PROPERTY(qint64 downloads MEMBER downloads CONSTANT)
     Q_PROPERTY(QUrl licenseLink READ licenseLink CONSTANT)
@@ -46,6 +47,8 @@ public:
     QString yearText() const { return year.value_or(QString()); }
     QString summaryText() const { return summary.value_or(QString()); }
     QString creatorText() const { return creator.value_or(QString()); }
+    /// "1948 · Halloran Pictures": of the two what there is.
+    QString credits() const;
 
     QJsonObject toJson() const;
     /// Absent when "id", "title", "subjects" or "downloads" is missing or of another type.

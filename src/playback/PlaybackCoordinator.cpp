@@ -80,7 +80,7 @@ void PlaybackCoordinator::playEntry(const HistoryEntry &entry)
     const QList<SubtitleTrack> tracks =
         entry.isLocal ? siblingSubtitles(*url) : QList<SubtitleTrack>();
     start({entry.itemID + separator + tailOf(entry.key), *url, entry.itemID, entry.title,
-           Text::url(entry.thumbnail.value_or(QString())).value_or(QUrl()), tracks});
+           entry.thumbnailURL(), tracks});
 }
 
 void PlaybackCoordinator::start(const Film &film)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "storage/HistoryEntry.h"
 
+#include "catalogue/Text.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -91,6 +93,16 @@ std::optional<HistoryEntry> entryFrom(const QJsonObject &object)
 }
 
 } // namespace
+
+double HistoryEntry::progress() const
+{
+    return duration > 0 ? std::clamp(position / duration, 0.0, 1.0) : -1;
+}
+
+QUrl HistoryEntry::thumbnailURL() const
+{
+    return Text::url(thumbnail.value_or(QString())).value_or(QUrl());
+}
 
 std::optional<QByteArray> toJson(const QList<HistoryEntry> &history)
 {

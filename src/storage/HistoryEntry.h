@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QList>
 #include <QMetaType>
+#include <QUrl>
 
 #include <optional>
 
@@ -17,8 +18,10 @@ struct HistoryEntry
     Q_PROPERTY(QString key MEMBER key CONSTANT)
     Q_PROPERTY(QString title MEMBER title CONSTANT)
     Q_PROPERTY(bool isLocal MEMBER isLocal CONSTANT)
+    Q_PROPERTY(QUrl thumbnailURL READ thumbnailURL CONSTANT)
     Q_PROPERTY(double position MEMBER position CONSTANT)
     Q_PROPERTY(double duration MEMBER duration CONSTANT)
+    Q_PROPERTY(double progress READ progress CONSTANT)
     Q_PROPERTY(QDateTime lastPlayed MEMBER lastPlayed CONSTANT)
     Q_PROPERTY(bool isUnderway READ isUnderway CONSTANT)
 
@@ -38,6 +41,11 @@ public:
     {
         return position > 10 && (duration <= 0 || position < 0.95 * duration);
     }
+
+    /// The part of it that was watched, 0 to 1; negative where the duration is not known.
+    double progress() const;
+    /// `thumbnail` where that is a URL, else an empty one.
+    QUrl thumbnailURL() const;
 
     bool operator==(const HistoryEntry &) const = default;
 };

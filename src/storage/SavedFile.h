@@ -14,8 +14,9 @@ struct SavedFile
 {
     Q_GADGET
     Q_PROPERTY(QUrl url MEMBER url CONSTANT)
-    Q_PROPERTY(qint64 size MEMBER size CONSTANT)
     Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(qint64 size MEMBER size CONSTANT)
+    Q_PROPERTY(QDateTime added MEMBER added CONSTANT)
 
 public:
     QUrl url;        // of a file

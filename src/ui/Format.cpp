@@ -12,6 +12,11 @@ QString Format::time(double seconds)
     return Fmt::time(seconds);
 }
 
+QString Format::watched(double seconds)
+{
+    return Fmt::time(seconds) + QStringLiteral(" watched");
+}
+
 QString Format::byteCount(qint64 bytes)
 {
     return Fmt::byteCount(bytes);

@@ -20,6 +20,8 @@ public:
 
     /// Clock text of a position or duration in seconds.
     Q_INVOKABLE static QString time(double seconds);
+    /// "12:05 watched", of a position in seconds.
+    Q_INVOKABLE static QString watched(double seconds);
     /// "1.2 GB"; "—" below zero.
     Q_INVOKABLE static QString byteCount(qint64 bytes);
     /// "1.25x": no more digits than the rate has.

@@ -13,6 +13,8 @@ Lazy {
     readonly property bool current: app.section === section
     readonly property var files: ({
         "Home": "catalog/HomeScreen.qml",
+        "Discover": "catalog/DiscoverScreen.qml",
+        "Search": "catalog/SearchScreen.qml",
         "Torrent Search": "torrent/TorrentSearchScreen.qml",
         "Library": "manage/LibraryScreen.qml",
         "Downloads": "manage/DownloadsScreen.qml",

@@ -5,6 +5,7 @@
 #include "app/AppState.h"
 #include "catalogue/ArchiveDetails.h"
 #include "catalogue/ArchiveFile.h"
+#include "catalogue/Collection.h"
 #include "catalogue/MediaItem.h"
 #include "playback/NowPlaying.h"
 #include "playback/PlaybackCoordinator.h"
@@ -15,6 +16,7 @@
 #include "storage/CacheManager.h"
 #include "storage/DownloadManager.h"
 #include "storage/LibraryStore.h"
+#include "storage/SettingsStore.h"
 #include "ui/ProviderChip.h"
 
 #include <qqmlregistration.h>
@@ -178,6 +180,13 @@ struct ForeignProviderConfig
     Q_GADGET
     QML_FOREIGN(tavelo::ProviderConfig)
     QML_NAMED_ELEMENT(providerConfig)
+};
+
+struct ForeignCollection
+{
+    Q_GADGET
+    QML_FOREIGN(tavelo::Collection)
+    QML_NAMED_ELEMENT(collection)
 };
 
 } // namespace tavelo

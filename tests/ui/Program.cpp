@@ -77,6 +77,8 @@ Program::Program()
         serveFiles("film" + QByteArray::number(i), {"reel.mp4"});
     server().serve("/download/film0/reel.mp4", {.body = clip(), .ranges = true});
     server().forgetRequests();
+    QFile::remove(StandardFolders::support() + "/history.json");
+    QFile::remove(StandardFolders::configuration() + "/preferences.json");
 }
 
 void Program::serveFiles(const QByteArray &id, const QStringList &names, bool restricted)
@@ -170,15 +172,16 @@ void Program::clickAt(QPoint point)
     QTest::mouseClick(m_window, Qt::LeftButton, {}, point);
 }
 
-void Program::key(Qt::Key key)
+void Program::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
-    QTest::keyClick(m_window, key);
+    QTest::keyClick(m_window, key, modifiers);
 }
 
 void Program::wheel(QPoint point, Qt::KeyboardModifiers modifiers)
 {
     QWheelEvent event(point, m_window->mapToGlobal(point), {}, {0, -120}, Qt::NoButton, modifiers,
                       Qt::NoScrollPhase, false);
+    event.setTimestamp(m_wheelTime += 100); // a view takes notches of one instant for one
     QCoreApplication::sendEvent(m_window, &event);
 }
 

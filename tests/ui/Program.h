@@ -12,7 +12,8 @@
 namespace tavelo {
 
 /// The whole window on a catalogue of the test's own: films "film0", "film1", … with the titles
-/// "Film 0", … The catalogue's answers may be changed before show().
+/// "Film 0", … The catalogue's answers may be changed before show(). Without a history and with the
+/// preferences of a first start.
 class Program
 {
 public:
@@ -44,7 +45,7 @@ public:
     /// Waits for the control and clicks its middle.
     bool click(const QString &wording);
     void clickAt(QPoint point);
-    void key(Qt::Key key);
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// One notch towards the user.
     void wheel(QPoint point, Qt::KeyboardModifiers modifiers);
     static QPoint middleOf(const QQuickItem *item);
@@ -54,6 +55,7 @@ private:
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow *m_window = nullptr;
+    quint64 m_wheelTime = 0; // milliseconds
 };
 
 } // namespace tavelo

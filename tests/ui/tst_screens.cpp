@@ -87,8 +87,8 @@ private Q_SLOTS:
         Program program;
         QVERIFY(program.show());
         program.window()->resize(980, 640);
-        QTRY_VERIFY_WITH_TIMEOUT(program.item("Shelf"), patience);
-        const auto *list = program.item("Shelf")->property("list").value<QQuickItem *>();
+        QTRY_VERIFY_WITH_TIMEOUT(program.item("FilmShelf"), patience);
+        const auto *list = program.item("FilmShelf")->property("list").value<QQuickItem *>();
         const auto along = [&] { return list->property("contentX").toReal(); };
         const auto down = [&] { return program.item("HomeScreen")->property("contentY").toReal(); };
         const auto *home = program.item("HomeScreen");
@@ -108,6 +108,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("files");
         QTest::addColumn<bool>("restricted");
         QTest::addColumn<int>("playButtons");
+        QTest::addColumn<int>("saveButtons");
         QTest::addColumn<QStringList>("shown");
         QTest::addColumn<QStringList>("hidden");
         const QString noStream =
@@ -117,18 +118,18 @@ private Q_SLOTS:
         const QString locked = "This item is access-restricted and can't be streamed.";
         const QString others = "Other video files (download only)";
         QTest::newRow("two films, three subtitles")
-            << QStringList{"a.mp4", "b.mov", "a.srt", "b.vtt", "c.srt"} << false << 2
+            << QStringList{"a.mp4", "b.mov", "a.srt", "b.vtt", "c.srt"} << false << 2 << 2
             << QStringList{"a.mp4", "b.mov", "h.264 · 1.5 MB",
                            "3 subtitle file(s) will be available in the player."}
             << QStringList{others, locked, noVideo};
         QTest::newRow("nothing that plays here")
-            << QStringList{"a.ogv"} << false << 0 << QStringList{noStream, others, "a.ogv"}
+            << QStringList{"a.ogv"} << false << 0 << 1 << QStringList{noStream, others, "a.ogv"}
             << QStringList{"Play", noVideo};
-        QTest::newRow("no video") << QStringList{"a.mp3"} << false << 0 << QStringList{noVideo}
+        QTest::newRow("no video") << QStringList{"a.mp3"} << false << 0 << 0 << QStringList{noVideo}
                                   << QStringList{"Play", others, noStream, "a.mp3"};
         QTest::newRow("restricted")
-            << QStringList{"a.mp4", "b.ogv"} << true << 0 << QStringList{locked, "Play", "a.mp4"}
-            << QStringList{others, "b.ogv"};
+            << QStringList{"a.mp4", "b.ogv"} << true << 0 << 0
+            << QStringList{locked, "Play", "a.mp4"} << QStringList{others, "b.ogv"};
     }
 
     void filesOfAnItem()
@@ -146,6 +147,7 @@ private Q_SLOTS:
         for (const QString &wording : hidden)
             QVERIFY2(!program.text(wording), qPrintable(wording));
         QTEST(program.countControls("Play"), "playButtons");
+        QTEST(program.countControls("Save to Downloads"), "saveButtons");
         QVERIFY(!program.text("Inspecting files…"));
     }
 

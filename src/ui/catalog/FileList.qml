@@ -10,8 +10,10 @@ Column {
 
     required property string title
     required property var files
+    property bool canDownload: false
     property bool canPlay: false
 
+    signal download(var file)
     signal play(var file)
 
     spacing: 8
@@ -42,11 +44,13 @@ Column {
                     required property int index
                     required property var modelData
 
+                    canDownload: list.canDownload
                     canPlay: list.canPlay
                     file: modelData
                     ruled: index > 0
                     width: rows.width
 
+                    onDownload: list.download(modelData)
                     onPlay: list.play(modelData)
                 }
             }

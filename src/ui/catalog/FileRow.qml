@@ -7,9 +7,11 @@ Item {
     id: row
 
     required property var file // an ArchiveFile
+    property bool canDownload: false
     property bool canPlay: false
     property bool ruled: false // a line above it
 
+    signal download()
     signal play()
 
     implicitHeight: 56
@@ -24,7 +26,7 @@ Item {
     Column {
         anchors.left: parent.left
         anchors.leftMargin: 16
-        anchors.right: button.left
+        anchors.right: buttons.left
         anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
         spacing: 3
@@ -41,19 +43,30 @@ Item {
             width: parent.width
         }
     }
-    PushButton {
-        id: button
+    Row {
+        id: buttons
 
         anchors.right: parent.right
-        anchors.rightMargin: row.canPlay ? 12 : 0
+        anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
-        Accessible.description: row.file.name
-        prominent: true
-        symbol: "play.fill"
-        text: qsTr("Play")
-        visible: row.canPlay
-        width: visible ? implicitWidth : 0
+        spacing: Theme.grid
 
-        onClicked: row.play()
+        PushButton {
+            Accessible.description: row.file.name
+            prominent: true
+            symbol: "play.fill"
+            text: qsTr("Play")
+            visible: row.canPlay
+
+            onClicked: row.play()
+        }
+        IconButton {
+            Accessible.description: row.file.name
+            symbol: "arrow.down.circle"
+            text: qsTr("Save to Downloads")
+            visible: row.canDownload
+
+            onClicked: row.download()
+        }
     }
 }

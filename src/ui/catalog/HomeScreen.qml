@@ -1,7 +1,5 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Tavelo
 
@@ -10,7 +8,7 @@ ScrollPage {
 
     required property var app // an AppState
 
-    readonly property var stops: [suggestions, featured, popular]
+    readonly property var stops: [continueWatching, suggestions, featured, popular, viewed, saved]
     readonly property bool empty: app.featured.length === 0 && app.popular.length === 0
 
     // Up and down go from row to row.
@@ -28,32 +26,21 @@ ScrollPage {
     Component.onCompleted: app.loadHome()
     Keys.onDownPressed: home.move(1)
     Keys.onUpPressed: home.move(-1)
-
-    Component {
-        id: filmCard
-
-        PosterCard {
-            id: card
-
-            required property int index
-            required property var record
-
-            ringed: ListView.isCurrentItem && ListView.view.activeFocus
-            subtitle: record.year ?? ""
-            title: record.title
-            url: record.thumbnailURL
-
-            onClicked: {
-                ListView.view.currentIndex = card.index;
-                home.app.selectItem(record);
-            }
-        }
-    }
+    onVisibleChanged: if (visible) app.loadHome()
 
     PageHeader {
         title: qsTr("Home")
         width: parent.width - 2 * Theme.inset
         x: Theme.inset
+    }
+    HistoryShelf {
+        id: continueWatching
+
+        app: home.app
+        records: home.app.library.continueWatching.slice(0, 20)
+        telling: true
+        title: qsTr("Continue Watching")
+        width: parent.width
     }
     Suggestions {
         id: suggestions
@@ -77,22 +64,36 @@ ScrollPage {
 
         onRetry: home.app.loadHome()
     }
-    Shelf {
+    FilmShelf {
         id: featured
 
-        delegate: filmCard
+        app: home.app
         records: home.app.featured
         title: qsTr("Featured Public-Domain Films")
-        visible: home.app.featured.length > 0
         width: parent.width
     }
-    Shelf {
+    FilmShelf {
         id: popular
 
-        delegate: filmCard
+        app: home.app
         records: home.app.popular
         title: qsTr("Popular on Orvella This Week")
-        visible: home.app.popular.length > 0
+        width: parent.width
+    }
+    HistoryShelf {
+        id: viewed
+
+        app: home.app
+        records: home.app.recentlyViewed
+        title: qsTr("Recently Viewed")
+        width: parent.width
+    }
+    SavedShelf {
+        id: saved
+
+        app: home.app
+        records: home.app.downloads.saved.slice(0, 15)
+        title: qsTr("Recently Added Local Content")
         width: parent.width
     }
 }

@@ -46,7 +46,7 @@ FocusScope {
                 anchors.right: parent.right
                 anchors.rightMargin: 12
                 color: Theme.secondary
-                iconSize: Theme.title
+                iconSize: Theme.title2
                 round: true
                 symbol: "xmark.circle.fill"
                 text: qsTr("Close")
@@ -66,6 +66,7 @@ FocusScope {
                     width: 200
                 }
                 ItemText {
+                    app: view.app
                     item: view.item
                     width: parent.width - x
                 }
@@ -77,6 +78,8 @@ FocusScope {
                 width: parent.width - 2 * Theme.inset
                 x: Theme.inset
 
+                onDownload: file => view.app.download(file, view.item)
+                onInspect: url => view.app.inspectTorrentURL(url)
                 onPlay: file => view.app.play(file, view.item, model.details.subtitles)
             }
         }

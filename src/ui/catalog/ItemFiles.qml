@@ -14,8 +14,11 @@ Column {
     readonly property bool restricted: loaded && details.restricted
     readonly property var playable: loaded ? details.playable : []
     readonly property var others: loaded && !restricted ? details.otherVideos : []
+    readonly property string torrent: loaded ? details.torrentURL : ""
     readonly property int subtitleCount: loaded ? details.subtitles.length : 0
 
+    signal download(var file)
+    signal inspect(url torrent)
     signal play(var file)
 
     function banner(): string {
@@ -50,24 +53,35 @@ Column {
         width: parent.width
     }
     FileList {
+        canDownload: !files.restricted
         canPlay: !files.restricted
         files: files.playable
         title: qsTr("Play")
         visible: files.playable.length > 0
         width: parent.width
 
+        onDownload: file => files.download(file)
         onPlay: file => files.play(file)
     }
     FileList {
+        canDownload: true
         files: files.others
         title: qsTr("Other video files (download only)")
         visible: files.others.length > 0
         width: parent.width
+
+        onDownload: file => files.download(file)
     }
     IconLabel {
         symbol: "captions.bubble"
         text: files.subtitleCount + qsTr(" subtitle file(s) will be available in the player.")
         visible: files.subtitleCount > 0
         width: parent.width
+    }
+    PushButton {
+        text: qsTr("Inspect Orvella .torrent")
+        visible: files.torrent !== ""
+
+        onClicked: files.inspect(files.torrent)
     }
 }

@@ -6,9 +6,8 @@ import Tavelo
 Column {
     id: text
 
+    required property var app // an AppState
     required property var item // a MediaItem
-
-    readonly property string credits: [item.year, item.creator].filter(part => !!part).join(" · ")
 
     spacing: 10
 
@@ -22,8 +21,8 @@ Column {
     }
     Label {
         color: Theme.secondary
-        text: text.credits
-        visible: text.credits !== ""
+        text: text.item.credits
+        visible: text.item.credits !== ""
         width: parent.width
         wrapMode: Text.Wrap
     }
@@ -45,10 +44,12 @@ Column {
         wrapMode: Text.Wrap
     }
     Licence {
+        app: text.app
         link: text.item.licenseLink
         width: parent.width
     }
     Link {
+        app: text.app
         destination: text.item.pageURL
         text: qsTr("View on Orvella")
     }

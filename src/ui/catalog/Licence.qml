@@ -6,6 +6,7 @@ import Tavelo
 Item {
     id: licence
 
+    required property var app // an AppState
     required property url link // empty: none that could be followed
 
     readonly property bool stated: `${link}` !== ""
@@ -30,6 +31,7 @@ Item {
             text: qsTr("License:")
         }
         Link {
+            app: licence.app
             destination: licence.link
             pixelSize: Theme.caption
             text: `${licence.link}`

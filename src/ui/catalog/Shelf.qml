@@ -19,6 +19,11 @@ FocusScope {
 
     signal activated(var record)
 
+    function choose(index: int, record: var) {
+        list.currentIndex = index;
+        activated(record);
+    }
+
     implicitHeight: list.y + list.height
 
     Label {
@@ -84,11 +89,8 @@ FocusScope {
             property: "contentX"
             target: list
         }
-        WheelHandler {
-            acceptedModifiers: Qt.ShiftModifier
-            orientation: Qt.Vertical
-
-            onWheel: event => list.flick(event.angleDelta.y * 8, 0)
+        SidewaysWheel {
+            row: list
         }
     }
     ShelfArrow {

@@ -1,11 +1,9 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Tavelo
 
-// Subject words, each of which starts a search. One stop for the Tab key, as a shelf is.
+// Subject words, each of which starts a search.
 FocusScope {
     id: suggestions
 
@@ -24,47 +22,16 @@ FocusScope {
         text: qsTr("Search Suggestions")
         x: Theme.inset
     }
-    ListView {
+    ChipRow {
         id: row
 
-        Accessible.name: caption.text
-        Accessible.role: Accessible.List
-        activeFocusOnTab: true
         anchors.top: caption.bottom
         anchors.topMargin: 6
-        boundsBehavior: Flickable.StopAtBounds
         focus: true
-        height: 34
-        highlightMoveDuration: 150
-        leftMargin: Theme.inset
-        orientation: ListView.Horizontal
-        preferredHighlightBegin: Theme.inset
-        preferredHighlightEnd: width - Theme.inset
-        rightMargin: Theme.inset
-        spacing: 8
+        labels: suggestions.words
+        title: caption.text
         width: parent.width
 
-        Keys.onEnterPressed: suggestions.chosen(suggestions.words[currentIndex])
-        Keys.onReturnPressed: suggestions.chosen(suggestions.words[currentIndex])
-        Keys.onSpacePressed: suggestions.chosen(suggestions.words[currentIndex])
-
-        delegate: PushButton {
-            id: chip
-
-            required property int index
-            required property string record
-
-            activeFocusOnTab: false
-            focusPolicy: Qt.NoFocus
-            ringed: ListView.isCurrentItem && row.activeFocus
-            small: true
-            text: chip.record
-            y: 3
-
-            onClicked: suggestions.chosen(chip.record)
-        }
-        model: ListAdaptor {
-            records: suggestions.words
-        }
+        onPicked: index => suggestions.chosen(suggestions.words[index])
     }
 }

@@ -8,6 +8,7 @@ import Tavelo
 T.AbstractButton {
     id: link
 
+    required property var app // an AppState
     required property url destination
     property int pixelSize: Theme.callout
 
@@ -19,7 +20,7 @@ T.AbstractButton {
     Accessible.role: Accessible.Link
     Keys.onEnterPressed: link.clicked()
     Keys.onReturnPressed: link.clicked()
-    onClicked: Qt.openUrlExternally(destination)
+    onClicked: app.openWebPage(destination)
 
     HoverHandler {
         cursorShape: Qt.PointingHandCursor

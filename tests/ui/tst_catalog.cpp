@@ -1,0 +1,439 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "Program.h"
+
+#include "storage/SettingsStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <clocale>
+
+using namespace tavelo;
+
+namespace {
+
+HistoryEntry entry(int number, double position, double duration)
+{
+    HistoryEntry entry;
+    entry.key = QStringLiteral("seen%1|reel.mp4").arg(number);
+    entry.itemID = QStringLiteral("seen%1").arg(number);
+    entry.title = QStringLiteral("Seen %1").arg(number);
+    entry.source = Program::server().base() + "/download/film0/reel.mp4";
+    entry.position = position;
+    entry.duration = duration;
+    return entry;
+}
+
+/// A torrent of one file, without a picture of its pieces that could be checked.
+QByteArray torrentFile()
+{
+    return "d4:infod6:lengthi5e4:name8:reel.mp412:piece lengthi16384e6:pieces20:" +
+           QByteArray(20, 'x') + "ee";
+}
+
+} // namespace
+
+class tst_Catalog : public QObject
+{
+    Q_OBJECT
+
+private:
+    static constexpr int patience = 10'000; // milliseconds
+
+    static FaultServer::Answer &searchAnswer()
+    {
+        return Program::server().at("/advancedsearch.php");
+    }
+
+    /// The queries that were asked, decoded, since they were last forgotten.
+    static QStringList queries()
+    {
+        QStringList asked;
+        for (const FaultServer::Request &request : Program::server().requests()) {
+            const QByteArray query = request.target.split('?').value(1).split('&').value(0);
+            if (request.target.startsWith("/advancedsearch.php"))
+                asked.append(QUrl::fromPercentEncoding(query));
+        }
+        return asked;
+    }
+
+    static QQuickItem *view(const Program &program)
+    {
+        const QQuickItem *grid = program.item("MediaGrid");
+        return grid ? grid->property("view").value<QQuickItem *>() : nullptr;
+    }
+
+    static QQuickItem *shelf(const Program &program, const QString &title)
+    {
+        const QQuickItem *heading = program.text(title);
+        return heading ? heading->parentItem()->property("list").value<QQuickItem *>() : nullptr;
+    }
+
+    static bool currentIsInView(const Program &program)
+    {
+        const auto *current = view(program)->property("currentItem").value<QQuickItem *>();
+        const QRectF place = current->mapRectToItem(view(program), current->boundingRect());
+        return place.top() >= 0 && place.bottom() <= view(program)->height();
+    }
+
+    static bool isTinted(const Program &program, const QString &collection)
+    {
+        return program.control(collection)->property("prominent").toBool();
+    }
+
+    static bool discover(Program &program)
+    {
+        return program.click("Discover") &&
+               QTest::qWaitFor([&] { return program.control("Film 0") != nullptr; }, patience);
+    }
+
+private Q_SLOTS:
+    void initTestCase() { std::setlocale(LC_NUMERIC, "C"); }
+
+    void discoverLoads_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::newRow("well") << 200;
+        QTest::newRow("badly") << 503;
+    }
+
+    void discoverLoads()
+    {
+        QFETCH(int, status);
+        const QString nothing = "Pick a collection to browse real Orvella catalog entries.";
+        Program program;
+        QVERIFY(program.show());
+        QTRY_VERIFY_WITH_TIMEOUT(!program.state().popular().isEmpty(), patience);
+        Program::server().forgetRequests();
+        searchAnswer().status = status;
+
+        for (const auto &[title, query] : {std::pair{"Feature Films", "collection:(feature_films)"},
+                                           std::pair{"Film Noir", "collection:(film_noir)"}}) {
+            QVERIFY(program.click(queries().isEmpty() ? "Discover" : title));
+            QTRY_VERIFY(!program.state().discoverLoading());
+            QVERIFY2(queries().last().contains(query), qPrintable(queries().last()));
+            QTRY_COMPARE(!!program.control("Film 0"), status == 200);
+            QCOMPARE(!!program.text(nothing), status != 200);
+            for (const Collection &one : Collection::all())
+                QCOMPARE(isTinted(program, one.title), one.title == title);
+        }
+        QVERIFY(program.click("Home"));
+        QVERIFY(program.click("Discover"));
+        QCOMPARE(queries().size(), 2);
+        QVERIFY(isTinted(program, "Film Noir"));
+    }
+
+    void searches_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<int>("count");
+        QTest::newRow("Return") << "moon"
+                                << "Return" << 1;
+        QTest::newRow("the button") << "moon"
+                                    << "click" << 1;
+        QTest::newRow("Ctrl+Return") << "moon"
+                                     << "Ctrl" << 1;
+        QTest::newRow("typing alone") << "moon"
+                                      << "" << 0;
+        QTest::newRow("nothing") << ""
+                                 << "Return" << 0;
+        QTest::newRow("blanks") << "  "
+                                << "click" << 0;
+    }
+
+    void searches()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, how);
+        QFETCH(int, count);
+        const QString hint = "Search the Internet Archive's public video catalog. For torrent "
+                             "sources, use Torrent Search.";
+        Program program;
+        QVERIFY(program.show());
+        QTRY_VERIFY_WITH_TIMEOUT(!program.state().popular().isEmpty(), patience);
+        QVERIFY(program.click("Search"));
+        QTRY_VERIFY(program.text(hint));
+        Program::server().forgetRequests();
+
+        program.clickAt(Program::middleOf(program.item("TextEntry")));
+        for (const QChar letter : text)
+            QTest::keyClick(program.window(), letter.toLatin1());
+        QCOMPARE(program.state().searchQuery(), text);
+        if (how == "click")
+            program.clickAt(Program::middleOf(program.item("PushButton")));
+        else if (!how.isEmpty())
+            program.key(Qt::Key_Return, how == "Ctrl" ? Qt::ControlModifier : Qt::NoModifier);
+        QCOMPARE(program.state().searching(), count > 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!program.state().searching(), patience);
+        QCOMPARE(queries().filter("moon").size(), count);
+        QTRY_COMPARE(!!program.control("Film 0"), count > 0);
+        QCOMPARE(!!program.text(hint), count == 0);
+    }
+
+    void searchFailsAfterAnother()
+    {
+        Program program;
+        QVERIFY(program.show());
+        QVERIFY(program.click("noir"));
+        QCOMPARE(program.state().sectionName(), "Search");
+        QTRY_VERIFY_WITH_TIMEOUT(program.control("Film 0"), patience);
+        QCOMPARE(program.item("TextEntry")->property("text"), "noir");
+
+        searchAnswer().status = 503;
+        program.key(Qt::Key_Return, Qt::ControlModifier);
+        QTRY_VERIFY_WITH_TIMEOUT(program.text("Search failed: HTTP 503"), patience);
+        QVERIFY(!program.control("Film 0"));
+    }
+
+    void formIsOneForAllScreens()
+    {
+        Program program;
+        QVERIFY(program.show());
+        QVERIFY(discover(program));
+        QVERIFY(program.item("PosterCard"));
+        QVERIFY(program.click("List"));
+        QTRY_VERIFY(program.item("MediaRow"));
+        QVERIFY(!program.item("PosterCard"));
+        QVERIFY(program.text("Orvella"));
+        QVERIFY(!SettingsStore().gridView());
+
+        program.state().searchFor("moon");
+        QTRY_VERIFY_WITH_TIMEOUT(program.item("MediaRow"), patience);
+        QVERIFY(program.click("Grid"));
+        QVERIFY(program.click("Discover"));
+        QTRY_VERIFY(program.item("PosterCard"));
+        QVERIFY(SettingsStore().gridView());
+    }
+
+    void gridIsWalkedByKeys_data()
+    {
+        QTest::addColumn<bool>("asGrid");
+        QTest::addColumn<QList<Qt::Key>>("keys");
+        QTest::addColumn<int>("film");
+        using Keys = QList<Qt::Key>;
+        // Six columns and two whole rows, or nine whole rows of the list.
+        QTest::newRow("along a row")
+            << true << Keys{Qt::Key_Right, Qt::Key_Right, Qt::Key_Left} << 1;
+        QTest::newRow("into the next row") << true << Keys(6, Qt::Key_Right) << 6;
+        QTest::newRow("down") << true << Keys{Qt::Key_Right, Qt::Key_Down, Qt::Key_Down} << 13;
+        QTest::newRow("up") << true << Keys{Qt::Key_Down, Qt::Key_Down, Qt::Key_Up} << 6;
+        QTest::newRow("not past the end")
+            << true << Keys{Qt::Key_End, Qt::Key_Down, Qt::Key_Right} << 23;
+        QTest::newRow("home") << true << Keys{Qt::Key_End, Qt::Key_Home} << 0;
+        QTest::newRow("a page") << true << Keys{Qt::Key_PageDown, Qt::Key_Right} << 13;
+        QTest::newRow("a page back") << true << Keys{Qt::Key_End, Qt::Key_PageUp} << 11;
+        QTest::newRow("list, down")
+            << false << Keys{Qt::Key_Down, Qt::Key_Right, Qt::Key_Down} << 2;
+        QTest::newRow("list, a page") << false << Keys{Qt::Key_PageDown} << 9;
+        QTest::newRow("list, end") << false << Keys{Qt::Key_End, Qt::Key_Up} << 22;
+    }
+
+    void gridIsWalkedByKeys()
+    {
+        QFETCH(bool, asGrid);
+        QFETCH(QList<Qt::Key>, keys);
+        QFETCH(int, film);
+        Program program;
+        QVERIFY(program.show());
+        program.state().settings()->setGridView(asGrid);
+        QVERIFY(program.click("Discover"));
+        QTRY_VERIFY_WITH_TIMEOUT(program.control("Film 0"), patience);
+        program.control("Feature Films")->parentItem()->parentItem()->forceActiveFocus();
+        program.key(Qt::Key_Down);
+        for (const Qt::Key key : keys)
+            program.key(key);
+        QTRY_VERIFY(currentIsInView(program));
+        program.key(Qt::Key_Return);
+        QVERIFY(program.state().selectedItem());
+        QCOMPARE(program.state().selectedItem()->id, QStringLiteral("film%1").arg(film));
+
+        const QVariant place = view(program)->property("contentY");
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.item("ItemDetailView"));
+        program.key(Qt::Key_Return);
+        QCOMPARE(program.state().selectedItem()->id, QStringLiteral("film%1").arg(film));
+        program.key(Qt::Key_Escape);
+        QVERIFY(program.click("Home"));
+        QVERIFY(program.click("Discover"));
+        QCOMPARE(view(program)->property("contentY"), place);
+        QCOMPARE(view(program)->property("currentIndex"), film);
+    }
+
+    void headScrollsAwayAndComesBack()
+    {
+        Program program;
+        QVERIFY(program.show());
+        QVERIFY(discover(program));
+        const auto *heading = program.control("Grid");
+        const qreal top = heading->mapToScene({}).y();
+        const auto scrollsToItsEnd = [&] {
+            program.wheel({600, 500}, Qt::NoModifier);
+            return view(program)->property("atYEnd").toBool();
+        };
+        QTRY_VERIFY(scrollsToItsEnd());
+        QTRY_VERIFY(heading->mapToScene({}).y() < top - 100);
+        QTRY_VERIFY(!view(program)->property("moving").toBool());
+
+        // The other form begins with the same films: the second row of six is nearest.
+        QCOMPARE(view(program)->property("contentY"), 4 * 292 - view(program)->height());
+        program.state().settings()->setGridView(false);
+        program.window()->grabWindow();
+        QCOMPARE(view(program)->property("contentY"), 6 * 89);
+
+        program.key(Qt::Key_Home);
+        QTRY_COMPARE(heading->mapToScene({}).y(), top);
+        program.key(Qt::Key_Up);
+        program.key(Qt::Key_Right);
+        program.key(Qt::Key_Return);
+        QTRY_COMPARE(program.state().collection()->title, "Silent Films");
+    }
+
+    void columnsFitTheWidth_data()
+    {
+        QTest::addColumn<int>("width");
+        for (const int width : {980, 1057, 1058, 1240, 1440, 1600})
+            QTest::addRow("%d", width) << width;
+    }
+
+    void columnsFitTheWidth()
+    {
+        QFETCH(int, width);
+        Program program;
+        QVERIFY(program.show());
+        program.window()->resize(width, 820);
+        QVERIFY(discover(program));
+        QTRY_COMPARE(view(program)->width(), width - 190);
+        const auto place = [&](int film) {
+            return program.control(QStringLiteral("Film %1").arg(film))->mapToScene({});
+        };
+        QTRY_VERIFY(place(1).x() > place(0).x());
+        int columns = 1;
+        while (place(columns).y() == place(0).y())
+            ++columns;
+        const int room = width - 190 - 48;
+        QCOMPARE(columns, (room + 18) / 168);
+        QCOMPARE(place(columns), place(0) + QPointF(0, 270 + 22));
+        const qreal column = place(1).x() - place(0).x() - 18;
+        QVERIFY2(column >= 150 && column <= 170, qPrintable(QString::number(column)));
+    }
+
+    void homeShowsWhatWasWatched()
+    {
+        Program program;
+        QVERIFY(program.show());
+        LibraryStore &library = *program.state().library();
+        library.record(entry(30, 5, 600));   // just begun
+        library.record(entry(31, 590, 600)); // nearly done
+        for (int i = 0; i < 25; ++i)
+            library.record(entry(i, 725, i == 23 ? 0 : 1450));
+        QTRY_VERIFY(shelf(program, "Continue Watching"));
+        QCOMPARE(shelf(program, "Continue Watching")->property("count"), 20);
+        QCOMPARE(shelf(program, "Recently Viewed")->property("count"), 20);
+        const auto bar = [&](const QString &title) {
+            const QQuickItem *card = program.control(title);
+            return card->property("progress").toDouble();
+        };
+        QTRY_VERIFY(program.text("12:05 watched"));
+        QCOMPARE(bar("Seen 24"), 0.5);
+        QVERIFY(bar("Seen 23") < 0);
+        const QQuickItem *drawn = program.item("WatchedBar");
+        QVERIFY(drawn && drawn->height() == 3 && drawn->width() == 150);
+
+        QVERIFY(program.click("Seen 22"));
+        QVERIFY(program.state().showPlayer());
+        QCOMPARE(program.state().playback()->nowPlaying()->title, "Seen 22");
+    }
+
+    void homeShowsSavedFiles()
+    {
+        Program program;
+        QVERIFY(program.show());
+        const QDir folder(program.state().settings()->downloadsPath());
+        QVERIFY(folder.mkpath("."));
+        for (int i = 0; i < 16; ++i) {
+            QFile file(folder.filePath(QStringLiteral("Reel %1.final.mp4").arg(i)));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("12345") == 5);
+        }
+        program.state().downloads()->refreshSaved();
+        QTRY_VERIFY(shelf(program, "Recently Added Local Content"));
+        QCOMPARE(shelf(program, "Recently Added Local Content")->property("count"), 15);
+        QTRY_VERIFY_WITH_TIMEOUT(program.text("Popular on Orvella This Week"), patience);
+        for (int i = 0; i < 4; ++i)
+            program.key(Qt::Key_Down);
+        QTRY_COMPARE(shelf(program, "Recently Added Local Content")->hasActiveFocus(), true);
+        program.key(Qt::Key_Return);
+        QVERIFY(program.state().showPlayer());
+        QVERIFY(program.state().playback()->nowPlaying()->title.endsWith(".final"));
+        QVERIFY(QDir(folder).removeRecursively());
+    }
+
+    void shelfIsDragged()
+    {
+        Program program;
+        QVERIFY(program.show());
+        QTRY_VERIFY_WITH_TIMEOUT(shelf(program, "Featured Public-Domain Films"), patience);
+        const QQuickItem *list = shelf(program, "Featured Public-Domain Films");
+        QTRY_VERIFY(list->property("contentWidth").toReal() > list->width());
+        const qreal start = list->property("contentX").toReal();
+        const QPoint from = Program::middleOf(list);
+        QTest::mousePress(program.window(), Qt::LeftButton, {}, from);
+        for (int step = 1; step <= 10; ++step)
+            QTest::mouseMove(program.window(), from - QPoint(20 * step, 0));
+        QTest::mouseRelease(program.window(), Qt::LeftButton, {}, from - QPoint(200, 0));
+        QVERIFY(list->property("contentX").toReal() > start + 100);
+        QVERIFY(!program.state().selectedItem());
+    }
+
+    void itemIsSavedAndInspected_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QString>("section");
+        QTest::addColumn<bool>("inspected");
+        QTest::addColumn<QString>("handed");
+        const QString page = "web " + Program::server().base() + "/details/film0";
+        QTest::newRow("download") << "Save to Downloads"
+                                  << "Downloads" << false << "";
+        QTest::newRow("torrent") << "Inspect Orvella .torrent"
+                                 << "Home" << true << "";
+        QTest::newRow("page") << "View on Orvella"
+                              << "Home" << false << page;
+        QTest::newRow("licence") << "https://example.org/terms"
+                                 << "Home" << false << "web https://example.org/terms";
+    }
+
+    void itemIsSavedAndInspected()
+    {
+        QFETCH(QString, control);
+        QFETCH(bool, inspected);
+        QFETCH(QString, handed);
+        Program program;
+        Program::serveFiles("film0", {"reel.mp4", "film0_archive.torrent"});
+        Program::server().serve("/download/film0/film0_archive.torrent", {.body = torrentFile()});
+        QVERIFY(program.show());
+        QTRY_VERIFY_WITH_TIMEOUT(!program.state().popular().isEmpty(), patience);
+        MediaItem item = program.state().popular().first();
+        item.licenseURL = "https://example.org/terms";
+        program.state().selectItem(item);
+        QTRY_VERIFY_WITH_TIMEOUT(program.control("Play"), patience);
+        QVERIFY(program.click(control));
+        QTEST(program.state().sectionName(), "section");
+        QCOMPARE(!program.state().selectedItem(), control == "Save to Downloads");
+        QTRY_COMPARE(program.state().inspector().has_value(), inspected);
+        QCOMPARE(program.handed(), handed.isEmpty() ? QStringList() : QStringList{handed});
+        QCOMPARE(program.state().downloads()->tasks().isEmpty(), control != "Save to Downloads");
+        for (const DownloadTask &task : program.state().downloads()->tasks())
+            program.state().downloads()->cancel(task.id);
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
+    QGuiApplication app(argc, argv);
+    tst_Catalog test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_catalog.moc"
