@@ -22,11 +22,10 @@ Lazy {
     })
     readonly property bool beginsAnew: section === "Torrent Search"
 
-    file: files[section] ?? "components/PlaceholderScreen.qml"
+    file: files[section]
     focus: current
     visible: current
 
     Component.onCompleted: if (current) wanted = true
     onCurrentChanged: wanted = current || (wanted && !beginsAnew)
-    onLoaded: if (item instanceof PlaceholderScreen) item.title = section
 }
