@@ -62,6 +62,8 @@ bool Tour::torrentResults()
     if (!expect(ended, "the end of the search"))
         return false;
     shoot("torrents-results");
+    m_ui.click(QStringLiteral("Seeds")); // the unseeded first
+    shoot("torrents-catalogue-items");
     m_ui.click(QStringLiteral("Sources"));
     shoot("torrents-sources");
     m_ui.key(Qt::Key_Escape);

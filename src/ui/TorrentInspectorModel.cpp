@@ -31,7 +31,8 @@ template <typename List>
 bool isOneOf(QStringView extension, const List &list)
 {
     return std::ranges::any_of(list, [extension](QLatin1String known) {
-        return extension.compare(known, Qt::CaseInsensitive) == 0;
+        return extension.size() == known.size() &&
+               extension.compare(known, Qt::CaseInsensitive) == 0;
     });
 }
 

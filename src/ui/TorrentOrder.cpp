@@ -5,6 +5,7 @@
 #include "ui/TorrentRow.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace tavelo {
 
@@ -20,8 +21,22 @@ void TorrentOrder::choose(TorrentSort::Key key)
 
 void TorrentOrder::sort(QList<int> &places, const QList<TorrentRow> &rows) const
 {
-    std::ranges::stable_sort(places,
-                             [&](int a, int b) { return isBefore(rows.at(a), rows.at(b)); });
+    // Mostly the leading key decides, and is read here without going to the row.
+    struct Placed
+    {
+        qint64 lead = 0;
+        int place = 0;
+    };
+    std::vector<Placed> sorted;
+    sorted.reserve(static_cast<std::size_t>(places.size()));
+    for (const int place : places)
+        sorted.push_back({rows.at(place).keys[leading()], place});
+    std::ranges::stable_sort(sorted, [&](const Placed &a, const Placed &b) {
+        if (a.lead != b.lead)
+            return (a.lead < b.lead) != descending();
+        return isBefore(rows.at(a.place), rows.at(b.place));
+    });
+    std::ranges::transform(sorted, places.begin(), &Placed::place);
 }
 
 bool TorrentOrder::isBefore(const TorrentRow &row, const TorrentRow &other) const
