@@ -179,13 +179,13 @@ private Q_SLOTS:
 
     void publishesNothingOfASupersededAnswer()
     {
-        // The older search's answer is being merged when the newer one starts.
-        QSignalSpy changes(&m_aggregator, &SearchAggregator::resultsChanged);
+        // The older search's answer is mostly being merged still when the newer one starts.
         m_aggregator.search("older", {atOnce("old")});
+        QSignalSpy changes(&m_aggregator, &SearchAggregator::resultsChanged);
         m_aggregator.search("newer", {atOnce("new")});
         QTRY_VERIFY(!m_aggregator.isSearching());
         QCOMPARE(titles(), QStringList{"new from at once"});
-        QCOMPARE(changes.size(), 3); // emptied twice, filled once
+        QCOMPARE(changes.size(), 2); // emptied, filled
     }
 
     void aSearchFromWithinAChangeIsTheNewerOne()

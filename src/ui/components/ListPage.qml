@@ -57,9 +57,9 @@ FocusScope {
 
     focus: true
 
-    Keys.onDownPressed: list.forceActiveFocus(Qt.TabFocusReason)
+    Keys.onDownPressed: if (list.count > 0) list.forceActiveFocus(Qt.TabFocusReason)
     Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
-    Keys.onUpPressed: list.forceActiveFocus(Qt.TabFocusReason)
+    Keys.onUpPressed: if (list.count > 0) list.forceActiveFocus(Qt.TabFocusReason)
 
     Timer {
         id: soon
@@ -107,7 +107,7 @@ FocusScope {
 
         Accessible.name: page.title
         Accessible.role: Accessible.List
-        activeFocusOnTab: true
+        activeFocusOnTab: count > 0
         anchors.fill: parent
         bottomMargin: Theme.inset + (outro.height > 0 ? outro.height + gap : 0)
         boundsBehavior: Flickable.StopAtBounds
