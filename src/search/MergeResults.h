@@ -8,8 +8,8 @@
 
 namespace tavelo {
 
-/// What results of one torrent have in common: the info hash in lower case, or the id where there is
-/// none.
+/// What results of one torrent have in common: the info hash in lower case, or the id where there
+/// is none.
 QString mergeKey(const TorrentResult &result);
 
 /// One result for each torrent, in the order in which they first occur. What several say of one is
