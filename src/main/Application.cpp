@@ -90,8 +90,8 @@ bool Application::show()
     QMetaObject::invokeMethod(
         window(),
         [this] {
-            m_manners = std::make_unique<DesktopManners>(*m_state, *window(),
-                                                         QDBusConnection::sessionBus());
+            m_manners = std::make_unique<DesktopManners>(
+                *m_state, *window(), [this] { comeForward({}); }, QDBusConnection::sessionBus());
         },
         Qt::QueuedConnection);
     window()->raise();

@@ -2,14 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "main/DesktopManners.h"
 
-#include <QGuiApplication>
 #include <QWindow>
 
 namespace tavelo {
 
-DesktopManners::DesktopManners(AppState &state, QWindow &window, const QDBusConnection &bus)
+DesktopManners::DesktopManners(AppState &state, QWindow &window, std::function<void()> comeForward,
+                               const QDBusConnection &bus)
     : m_state(state)
     , m_window(window)
+    , m_comeForward(std::move(comeForward))
     , m_sleep(bus)
     , m_notifier(bus)
 {
@@ -32,7 +33,7 @@ DesktopManners::DesktopManners(AppState &state, QWindow &window, const QDBusConn
 
 void DesktopManners::heed()
 {
-    connect(&m_session, &MediaSession::raiseAsked, this, &DesktopManners::comeForward);
+    connect(&m_session, &MediaSession::raiseAsked, this, m_comeForward);
     connect(&m_session, &MediaSession::quitAsked, &m_window, &QWindow::close);
     connect(&m_session, &MediaSession::playAsked, this, [this] { play(true); });
     connect(&m_session, &MediaSession::pauseAsked, this, [this] { play(false); });
@@ -87,15 +88,7 @@ void DesktopManners::showDownloads()
 {
     m_state.setSection(SidebarSection::Downloads);
     m_state.setShowPlayer(false);
-    comeForward();
-}
-
-void DesktopManners::comeForward()
-{
-    if (m_window.windowState() == Qt::WindowMinimized)
-        m_window.showNormal();
-    m_window.raise();
-    m_window.requestActivate();
+    m_comeForward();
 }
 
 } // namespace tavelo

@@ -9,6 +9,8 @@
 
 #include <QSet>
 
+#include <functional>
+
 class QWindow;
 
 namespace tavelo {
@@ -20,8 +22,9 @@ class DesktopManners : public QObject
     Q_OBJECT
 
 public:
-    /// Both outlive this.
-    DesktopManners(AppState &state, QWindow &window, const QDBusConnection &bus);
+    /// Both outlive this. `comeForward` brings the window to the front.
+    DesktopManners(AppState &state, QWindow &window, std::function<void()> comeForward,
+                   const QDBusConnection &bus);
 
 private:
     void heed();
@@ -29,12 +32,12 @@ private:
     void publish();
     void tellOfDownloads();
     void showDownloads();
-    void comeForward();
 
     VideoPlayerManager &player() const { return *m_state.playback()->player(); }
 
     AppState &m_state;
     QWindow &m_window;
+    std::function<void()> m_comeForward;
     MediaSession m_session;
     SleepGuard m_sleep;
     Notifier m_notifier;

@@ -84,6 +84,7 @@ private:
     QStringList m_changed;
     QVariantMap m_properties;
     QList<double> m_jumps;
+    int m_forward = 0;
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<QWindow> m_window;
     std::unique_ptr<DesktopManners> m_manners;
@@ -148,8 +149,9 @@ private Q_SLOTS:
         m_state = std::make_unique<AppState>([] { return MediaEngine::create({.headless = true}); },
                                              std::make_unique<FakeWorkspace>(m_handed));
         m_window = std::make_unique<QWindow>();
-        m_manners =
-            std::make_unique<DesktopManners>(*m_state, *m_window, QDBusConnection("program"));
+        m_manners = std::make_unique<DesktopManners>(
+            *m_state, *m_window, [this] { ++m_forward; }, QDBusConnection("program"));
+        m_forward = 0;
         m_changed.clear();
         m_properties.clear();
         m_jumps.clear();
@@ -253,9 +255,8 @@ private Q_SLOTS:
     void raisesAndQuits()
     {
         m_window->show();
-        m_window->showMinimized();
         call("org.mpris.MediaPlayer2", "Raise", {});
-        QTRY_VERIFY(m_window->windowState() != Qt::WindowMinimized && m_window->isVisible());
+        QCOMPARE(m_forward, 1);
         call("org.mpris.MediaPlayer2", "Quit", {});
         QTRY_VERIFY(!m_window->isVisible());
     }
@@ -272,6 +273,7 @@ private Q_SLOTS:
         Q_EMIT m_notifications.ActionInvoked(7, "default");
         QTRY_COMPARE(m_state->section(), SidebarSection::Downloads);
         QVERIFY(!m_state->showPlayer());
+        QCOMPARE(m_forward, 1);
 
         m_window->show();
         m_window->requestActivate();
