@@ -5,10 +5,12 @@
 #include "catalogue/FetchData.h"
 #include "platform/ThreadPool.h"
 #include "ui/PosterImage.h"
+#include "ui/PosterQueue.h"
 
 #include <QCoroFuture>
 #include <QPointer>
 #include <QQuickTextureFactory>
+#include <QScopeGuard>
 
 using namespace std::chrono_literals;
 
@@ -27,13 +29,15 @@ PosterResponse::~PosterResponse()
 
 void PosterResponse::start()
 {
-    load();
+    PosterQueue::shared().add(this);
 }
 
 QCoro::Task<> PosterResponse::load()
 {
+    const auto turn = qScopeGuard([] { PosterQueue::shared().ended(); });
     const QPointer<PosterResponse> self(this);
     const std::stop_token stop = m_stop.get_token();
+    m_started = true;
     const Result<QByteArray> bytes = co_await fetchData(m_url, 20s, stop);
     if (!self)
         co_return;
@@ -47,6 +51,12 @@ QCoro::Task<> PosterResponse::load()
             co_return;
         m_image = image;
     }
+    end();
+}
+
+void PosterResponse::end()
+{
+    m_over = true;
     Q_EMIT finished();
 }
 
@@ -58,7 +68,13 @@ QQuickTextureFactory *PosterResponse::textureFactory() const
 void PosterResponse::cancel()
 {
     QMetaObject::invokeMethod(
-        this, [this] { m_stop.request_stop(); }, Qt::QueuedConnection);
+        this,
+        [this] {
+            m_stop.request_stop();
+            if (!m_started && !m_over)
+                end();
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace tavelo

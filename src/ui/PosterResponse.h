@@ -22,19 +22,25 @@ public:
     PosterResponse(QUrl url, QSize size, int radius);
     ~PosterResponse() override;
 
+    /// Loads it when its turn has come.
     void start();
+    /// Tells the queue when it has ended, also when this is gone by then.
+    QCoro::Task<> load();
+    bool isOver() const { return m_over; }
 
     QQuickTextureFactory *textureFactory() const override;
     void cancel() override;
 
 private:
-    QCoro::Task<> load();
+    void end();
 
     QUrl m_url;
     QSize m_size;
     int m_radius;
     QImage m_image;
     std::stop_source m_stop;
+    bool m_started = false;
+    bool m_over = false;
 };
 
 } // namespace tavelo

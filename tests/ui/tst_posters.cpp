@@ -3,6 +3,7 @@
 #include "testlib/FaultServer.h"
 #include "ui/Format.h"
 #include "ui/PosterImage.h"
+#include "ui/PosterQueue.h"
 #include "ui/UiModule.h"
 
 #include <QBuffer>
@@ -12,6 +13,8 @@
 #include <QQuickItem>
 #include <QTest>
 #include <QtEndian>
+
+#include <numeric>
 
 using namespace tavelo;
 
@@ -193,6 +196,41 @@ private Q_SLOTS:
         QTRY_COMPARE(server.openRequests(), 1);
         posters.item.reset();
         QTRY_COMPARE(server.openRequests(), 0);
+    }
+
+    void fewAreOnTheirWayAtOnce()
+    {
+        FaultServer services[4]; // more than one has connections for
+        QStringList urls;
+        for (int i = 0; i < 20; ++i) {
+            services[i % 4].serve("/img" + QByteArray::number(i), {.silent = true});
+            urls.append(services[i % 4].url("/img" + QByteArray::number(i)).toString());
+        }
+        const auto open = [&] {
+            return std::accumulate(std::begin(services), std::end(services), 0,
+                                   [](int sum, auto &one) { return sum + one.openRequests(); });
+        };
+        Posters posters;
+        QQmlComponent component(posters.engine.get());
+        component.setData(
+            "import QtQuick\nimport Tavelo\nItem { id: page; required property var urls\n"
+            "Repeater { model: page.urls; Poster { required property url modelData\n"
+            "url: modelData; width: 150; height: 210 } } }",
+            QUrl("qrc:/test.qml"));
+        std::unique_ptr<QObject> page(component.createWithInitialProperties({{"urls", urls}}));
+        QVERIFY(page);
+        QTRY_COMPARE(open(), PosterQueue::atOnce);
+
+        // Those that wait are never asked for when nobody wants them any more.
+        page.reset();
+        QTRY_COMPARE(open(), 0);
+        services[0].serve("/last", {.body = picture({30, 42}, "PNG")});
+        posters.item->setProperty("url", services[0].url("/last"));
+        QVERIFY(posters.waitReady());
+        qsizetype asked = 0;
+        for (const FaultServer &service : services)
+            asked += service.requests().size();
+        QCOMPARE(asked, PosterQueue::atOnce + 1);
     }
 
     void engineEndsWhileTheyAreOnTheirWay_data()

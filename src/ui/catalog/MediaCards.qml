@@ -40,15 +40,19 @@ GridView {
 
         required property int index
         required property var record
+        property bool pooled: false // waits for another record; must not hold on to its poster
 
         height: cards.cellHeight
         width: cards.cellWidth
+
+        GridView.onPooled: pooled = true
+        GridView.onReused: pooled = false
 
         PosterCard {
             ringed: cards.grid.keyed && cell.GridView.isCurrentItem
             subtitle: cell.record.year
             title: cell.record.title
-            url: cell.record.thumbnailURL
+            url: cell.pooled ? "" : cell.record.thumbnailURL
             width: 150
             x: Theme.inset
 

@@ -9,6 +9,7 @@ T.AbstractButton {
     id: row
 
     required property var record // a MediaItem
+    property bool pooled: false // waits for another record; must not hold on to its poster
     property bool ringed: false
 
     focusPolicy: Qt.NoFocus
@@ -34,7 +35,7 @@ T.AbstractButton {
             height: 64
             radius: 4
             symbols: false
-            url: row.record.thumbnailURL
+            url: row.pooled ? "" : row.record.thumbnailURL
             width: 48
         }
         Column {

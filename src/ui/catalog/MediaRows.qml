@@ -41,6 +41,8 @@ ListView {
         width: rows.width - 2 * x
         x: Theme.inset - 8
 
+        ListView.onPooled: pooled = true
+        ListView.onReused: pooled = false
         onClicked: rows.grid.open(row.index)
     }
 }

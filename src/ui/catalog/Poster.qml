@@ -4,31 +4,35 @@ import QtQuick
 import QtQuick.Window
 import Tavelo
 
-// A picture of the net in a rounded box: a spinner, then the picture, or the film symbol.
+// A picture of the net in a rounded box: a spinner where it does not come at once, then the picture,
+// or the film symbol.
 Rectangle {
     id: poster
 
     property url url
     property bool symbols: true // without: the plain box while there is no picture
     property bool hovered: false
+    property bool late: false
 
     readonly property bool missing: image.status === Image.Ready && image.implicitWidth === 0
 
     color: Theme.panel
     radius: Theme.radius
 
-    Loader {
-        active: poster.symbols && (image.status === Image.Null || poster.missing)
-        anchors.centerIn: parent
+    Timer {
+        interval: 150
+        running: poster.symbols && image.status === Image.Loading
 
-        sourceComponent: Icon {
-            color: Theme.tertiary
-            name: "film"
-            size: Theme.largeTitle
-        }
+        onTriggered: poster.late = true
+    }
+    Icon {
+        anchors.centerIn: parent
+        color: Theme.tertiary
+        name: poster.symbols && (image.status === Image.Null || poster.missing) ? "film" : ""
+        size: Theme.largeTitle
     }
     Loader {
-        active: poster.symbols && image.status === Image.Loading
+        active: poster.late
         anchors.centerIn: parent
 
         sourceComponent: Spinner {
@@ -45,6 +49,7 @@ Rectangle {
         sourceSize.width: poster.width
 
         Accessible.ignored: true
+        onStatusChanged: if (status !== Image.Loading) poster.late = false
 
         Behavior on opacity {
             NumberAnimation {
