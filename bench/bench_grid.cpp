@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "PosterSource.h"
+#include "ResidentMemory.h"
 #include "app/AppState.h"
 #include "platform/ServiceHosts.h"
 #include "platform/StandardFolders.h"
@@ -9,7 +10,6 @@
 
 #include <QBuffer>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QOpenGLContext>
@@ -107,19 +107,6 @@ QList<MediaItem> catalogue()
         items.append(item);
     }
     return items;
-}
-
-/// In MB, proportional set size.
-double memory()
-{
-    QFile file(QStringLiteral("/proc/self/smaps_rollup"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith("Pss:"))
-            return line.simplified().split(' ').value(1).toDouble() / 1000;
-    }
-    return 0;
 }
 
 /// A window with one view in it, and the times of its frames.
@@ -242,7 +229,7 @@ int main(int argc, char **argv)
             print("bare", speed.name, bare.walk(speed.pixels));
     }
     Stage ours(engine, oursSource, empty);
-    const double before = memory();
+    const double before = proportionalSetSize();
     QElapsedTimer taking;
     taking.start();
     ours.root().setProperty("items", items);
@@ -250,7 +237,7 @@ int main(int argc, char **argv)
     for (const Speed &speed : speeds)
         print("posters", speed.name, ours.walk(speed.pixels));
     QTest::qWait(settling);
-    const double added = memory() - before;
+    const double added = proportionalSetSize() - before;
     std::printf("memory added %.0f MB, limit %d MB, ratio %.2f\n", added, memoryLimit,
                 added / memoryLimit);
     return 0;

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "DemoServer.h"
+#include "ResidentMemory.h"
 #include "WindowProbe.h"
 #include "main/Application.h"
 #include "platform/ServiceHosts.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QQuickWindow>
 #include <QThread>
@@ -59,18 +59,6 @@ struct Launch
     double memory = 0; // MB, proportional set size
 };
 
-double proportionalSetSize(qint64 process)
-{
-    QFile file(QStringLiteral("/proc/%1/smaps_rollup").arg(process));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith("Pss:"))
-            return line.simplified().split(' ').value(1).toDouble() / 1000;
-    }
-    return 0;
-}
-
 Launch launch(const WindowProbe &probe, const QString &program, const QStringList &arguments,
               bool tellsHome, bool readsMemory)
 {
@@ -86,7 +74,7 @@ Launch launch(const WindowProbe &probe, const QString &program, const QStringLis
         result.home = process.readLine().trimmed().toLongLong() - start;
     if (readsMemory) {
         QThread::msleep(settling);
-        result.memory = proportionalSetSize(process.processId());
+        result.memory = proportionalSetSize(QString::number(process.processId()));
     }
     process.kill();
     process.waitForFinished();
