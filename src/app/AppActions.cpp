@@ -159,8 +159,10 @@ QCoro::Task<> AppState::openFlow(QString address)
     const auto application = co_await m_workspace->applicationFor(address);
     if (!self)
         co_return;
-    if (application)
-        co_return (void) tellFailure(m_workspace->open(address));
+    if (application) {
+        co_await tellFailure(m_workspace->open(address));
+        co_return;
+    }
     const bool magnet = address.startsWith(QLatin1String("magnet:"));
     setNotice(QStringLiteral("No app on this Mac is registered to open %1. "
                              "Install a BitTorrent client to use it.")

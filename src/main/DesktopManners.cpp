@@ -75,13 +75,15 @@ void DesktopManners::publish()
 
 void DesktopManners::tellOfDownloads()
 {
+    QSet<QUuid> finished;
     for (const DownloadTask &task : m_state.downloads()->tasks()) {
-        if (!task.is<DownloadTask::Finished>() || m_finished.contains(task.id))
+        if (!task.is<DownloadTask::Finished>())
             continue;
-        m_finished.insert(task.id);
-        if (!m_window.isActive())
+        finished.insert(task.id);
+        if (!m_finished.contains(task.id) && !m_window.isActive())
             m_notifier.show(tr("Download finished"), task.title);
     }
+    m_finished = std::move(finished);
 }
 
 void DesktopManners::showDownloads()

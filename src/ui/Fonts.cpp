@@ -21,6 +21,17 @@ bool hasEvenDigits(const QFont &font)
     });
 }
 
+QString evenDigits()
+{
+    for (const QFont &font :
+         {QGuiApplication::font(), QFontDatabase::systemFont(QFontDatabase::GeneralFont),
+          QFont(QStringLiteral("sans-serif"))}) {
+        if (hasEvenDigits(font))
+            return font.family();
+    }
+    return Fonts::fixed();
+}
+
 } // namespace
 
 QString Fonts::text()
@@ -30,18 +41,14 @@ QString Fonts::text()
 
 QString Fonts::digits()
 {
-    for (const QFont &font :
-         {QGuiApplication::font(), QFontDatabase::systemFont(QFontDatabase::GeneralFont),
-          QFont(QStringLiteral("sans-serif"))}) {
-        if (hasEvenDigits(font))
-            return font.family();
-    }
-    return fixed();
+    static const QString family = evenDigits();
+    return family;
 }
 
 QString Fonts::fixed()
 {
-    return QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+    static const QString family = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+    return family;
 }
 
 } // namespace tavelo

@@ -27,6 +27,11 @@ QString Format::rate(double rate)
     return QString::number(rate, 'g', 6) + QLatin1Char('x');
 }
 
+QUrl Format::fileAddress(const QString &path)
+{
+    return QUrl::fromLocalFile(path);
+}
+
 QUrl Format::poster(const QUrl &url, int radius)
 {
     return PosterProvider::sourceFor(url, radius);

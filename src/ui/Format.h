@@ -26,6 +26,8 @@ public:
     Q_INVOKABLE static QString byteCount(qint64 bytes);
     /// "1.25x": no more digits than the rate has.
     Q_INVOKABLE static QString rate(double rate);
+    /// The address of a file or folder.
+    Q_INVOKABLE static QUrl fileAddress(const QString &path);
     /// Where an Image finds a picture of the net, cropped to its sourceSize, with corners of
     /// `radius` device pixels. Empty when `url` is.
     Q_INVOKABLE static QUrl poster(const QUrl &url, int radius);

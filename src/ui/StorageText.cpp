@@ -48,9 +48,4 @@ QString StorageText::provider(const ProviderConfig &config)
     return label(config.kind) + QStringLiteral(" · ") + config.baseURL;
 }
 
-QUrl StorageText::address(const QString &path)
-{
-    return QUrl::fromLocalFile(path);
-}
-
 } // namespace tavelo

@@ -6,7 +6,6 @@
 #include "storage/DownloadTask.h"
 
 #include <QObject>
-#include <QUrl>
 #include <QtQmlIntegration>
 
 namespace tavelo {
@@ -30,8 +29,6 @@ public:
     Q_INVOKABLE static QString autoClean(qint64 days);
     /// A provider's kind and address.
     Q_INVOKABLE static QString provider(const tavelo::ProviderConfig &config);
-    /// The address of a file or folder.
-    Q_INVOKABLE static QUrl address(const QString &path);
 };
 
 } // namespace tavelo

@@ -104,7 +104,8 @@ void MediaSession::publish(const MediaSessionState &state)
 void MediaSession::setPosition(double seconds)
 {
     constexpr double slack = 1; // seconds: positions come every half second
-    const qint64 passed = now() - std::exchange(m_positionSince, now());
+    const qint64 moment = now();
+    const qint64 passed = moment - std::exchange(m_positionSince, moment);
     const double before = std::exchange(m_position, seconds);
     const double played = m_state.playing ? double(passed) / 1000 * m_state.rate : 0;
     // A film that waits for data falls behind, which is no jump.

@@ -49,7 +49,7 @@ FormRow {
         text: qsTr("Choose…")
 
         onClicked: {
-            chooser.currentFolder = StorageText.address(row.path);
+            chooser.currentFolder = Format.fileAddress(row.path);
             chooser.open();
         }
     }
