@@ -17,7 +17,6 @@ class ProviderDraft : public QObject
     Q_PROPERTY(QString name MEMBER m_name NOTIFY edited)
     /// A kind's stored text; any other is not taken.
     Q_PROPERTY(QString kind READ kind WRITE setKind NOTIFY edited)
-    Q_PROPERTY(QString kindLabel READ kindLabel NOTIFY edited)
     Q_PROPERTY(QString url MEMBER m_url NOTIFY edited)
     Q_PROPERTY(QString key MEMBER m_key NOTIFY edited)
     Q_PROPERTY(bool acceptable READ acceptable NOTIFY edited)
@@ -29,7 +28,6 @@ public:
 
     QString kind() const { return rawValue(m_kind); }
     void setKind(const QString &kind);
-    QString kindLabel() const { return label(m_kind); }
     bool acceptable() const { return ProviderConfig::accepts(m_name, m_url); }
     static QVariantList kinds();
 

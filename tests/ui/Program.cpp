@@ -93,6 +93,19 @@ void Program::serveFiles(const QByteArray &id, const QStringList &names, bool re
     server().serve("/metadata/" + id, {.body = QJsonDocument(answer).toJson()});
 }
 
+HistoryEntry Program::watched(int number, double position, double duration)
+{
+    HistoryEntry entry;
+    entry.key = QStringLiteral("reel%1|reel.mp4").arg(number);
+    entry.itemID = QStringLiteral("reel%1").arg(number);
+    entry.title = QStringLiteral("Reel %1").arg(number);
+    entry.source = server().base() + "/download/film0/reel.mp4";
+    entry.position = position;
+    entry.duration = duration;
+    entry.lastPlayed = QDateTime({2025, 3, 1}, {12, 0});
+    return entry;
+}
+
 bool Program::show()
 {
     m_state = std::make_unique<AppState>([] { return MediaEngine::create({.headless = false}); },
@@ -175,6 +188,31 @@ void Program::clickAt(QPoint point)
 void Program::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     QTest::keyClick(m_window, key, modifiers);
+}
+
+void Program::keys(const QList<Qt::Key> &keys)
+{
+    for (const Qt::Key each : keys)
+        key(each);
+}
+
+void Program::type(const QString &text)
+{
+    for (const QChar letter : text)
+        QTest::keyClick(m_window, letter.toLatin1());
+}
+
+QString Program::focusText() const
+{
+    const QQuickItem *item = m_window->activeFocusItem();
+    return item ? item->property("text").toString() : QString();
+}
+
+bool Program::tabTo(const QString &text)
+{
+    for (int stop = 0; stop < 40 && focusText() != text; ++stop)
+        key(Qt::Key_Tab);
+    return focusText() == text;
 }
 
 void Program::wheel(QPoint point, Qt::KeyboardModifiers modifiers)

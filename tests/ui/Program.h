@@ -23,8 +23,12 @@ public:
     /// An item's answer: files by name, in the service's form.
     static void serveFiles(const QByteArray &id, const QStringList &names, bool restricted = false);
 
+    /// "Reel 1", "Reel 2", … as the history keeps them; times in seconds.
+    static HistoryEntry watched(int number, double position, double duration);
+
     /// Shows the window and waits until it has the keyboard.
     bool show();
+    bool show(const QString &section) { return show() && click(section); }
     /// Shows the window and plays the first film; true when it runs and its controls are there.
     bool startFilm();
 
@@ -46,6 +50,12 @@ public:
     bool click(const QString &wording);
     void clickAt(QPoint point);
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void keys(const QList<Qt::Key> &keys);
+    void type(const QString &text);
+    /// The text of what has the keyboard.
+    QString focusText() const;
+    /// Presses Tab until the control of that text has the keyboard; false when none gets it.
+    bool tabTo(const QString &text);
     /// One notch towards the user.
     void wheel(QPoint point, Qt::KeyboardModifiers modifiers);
     static QPoint middleOf(const QQuickItem *item);

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "Program.h"
+#include "WindowTest.h"
 
 #include <QAccessible>
 #include <QTest>
-
-#include <clocale>
 
 using namespace tavelo;
 
@@ -182,11 +181,7 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        std::setlocale(LC_NUMERIC, "C");
-        QAccessible::setActive(true);
-    }
+    void initTestCase() { QAccessible::setActive(true); }
 
     void sections()
     {
@@ -259,11 +254,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication app(argc, argv);
-    tst_Accessibility test;
-    return QTest::qExec(&test, argc, argv);
-}
+TAVELO_WINDOW_TEST(tst_Accessibility)
 #include "tst_accessibility.moc"

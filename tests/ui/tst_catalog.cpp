@@ -1,39 +1,13 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "Program.h"
+#include "WindowTest.h"
 
 #include "storage/SettingsStore.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
-#include <clocale>
-
 using namespace tavelo;
-
-namespace {
-
-HistoryEntry entry(int number, double position, double duration)
-{
-    HistoryEntry entry;
-    entry.key = QStringLiteral("seen%1|reel.mp4").arg(number);
-    entry.itemID = QStringLiteral("seen%1").arg(number);
-    entry.title = QStringLiteral("Seen %1").arg(number);
-    entry.source = Program::server().base() + "/download/film0/reel.mp4";
-    entry.position = position;
-    entry.duration = duration;
-    return entry;
-}
-
-/// A torrent of one file, without a picture of its pieces that could be checked.
-QByteArray torrentFile()
-{
-    return "d4:infod6:lengthi5e4:name8:reel.mp412:piece lengthi16384e6:pieces20:" +
-           QByteArray(20, 'x') + "ee";
-}
-
-} // namespace
 
 class tst_Catalog : public QObject
 {
@@ -65,12 +39,6 @@ private:
         return grid ? grid->property("view").value<QQuickItem *>() : nullptr;
     }
 
-    static QQuickItem *shelf(const Program &program, const QString &title)
-    {
-        const QQuickItem *heading = program.text(title);
-        return heading ? heading->parentItem()->property("list").value<QQuickItem *>() : nullptr;
-    }
-
     static bool currentIsInView(const Program &program)
     {
         const auto *current = view(program)->property("currentItem").value<QQuickItem *>();
@@ -90,8 +58,6 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase() { std::setlocale(LC_NUMERIC, "C"); }
-
     void discoverLoads_data()
     {
         QTest::addColumn<int>("status");
@@ -159,8 +125,7 @@ private Q_SLOTS:
         Program::server().forgetRequests();
 
         program.clickAt(Program::middleOf(program.item("TextEntry")));
-        for (const QChar letter : text)
-            QTest::keyClick(program.window(), letter.toLatin1());
+        program.type(text);
         QCOMPARE(program.state().searchQuery(), text);
         if (how == "click")
             program.clickAt(Program::middleOf(program.item("PushButton")));
@@ -319,121 +284,7 @@ private Q_SLOTS:
         const qreal column = place(1).x() - place(0).x() - 18;
         QVERIFY2(column >= 150 && column <= 170, qPrintable(QString::number(column)));
     }
-
-    void homeShowsWhatWasWatched()
-    {
-        Program program;
-        QVERIFY(program.show());
-        LibraryStore &library = *program.state().library();
-        library.record(entry(30, 5, 600));   // just begun
-        library.record(entry(31, 590, 600)); // nearly done
-        for (int i = 0; i < 25; ++i)
-            library.record(entry(i, 725, i == 23 ? 0 : 1450));
-        QTRY_VERIFY(shelf(program, "Continue Watching"));
-        QCOMPARE(shelf(program, "Continue Watching")->property("count"), 20);
-        QCOMPARE(shelf(program, "Recently Viewed")->property("count"), 20);
-        const auto bar = [&](const QString &title) {
-            const QQuickItem *card = program.control(title);
-            return card->property("progress").toDouble();
-        };
-        QTRY_VERIFY(program.text("12:05 watched"));
-        QCOMPARE(bar("Seen 24"), 0.5);
-        QVERIFY(bar("Seen 23") < 0);
-        const QQuickItem *drawn = program.item("WatchedBar");
-        QVERIFY(drawn && drawn->height() == 3 && drawn->width() == 150);
-
-        QVERIFY(program.click("Seen 22"));
-        QVERIFY(program.state().showPlayer());
-        QCOMPARE(program.state().playback()->nowPlaying()->title, "Seen 22");
-    }
-
-    void homeShowsSavedFiles()
-    {
-        Program program;
-        QVERIFY(program.show());
-        const QDir folder(program.state().settings()->downloadsPath());
-        QVERIFY(folder.mkpath("."));
-        for (int i = 0; i < 16; ++i) {
-            QFile file(folder.filePath(QStringLiteral("Reel %1.final.mp4").arg(i)));
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("12345") == 5);
-        }
-        program.state().downloads()->refreshSaved();
-        QTRY_VERIFY(shelf(program, "Recently Added Local Content"));
-        QCOMPARE(shelf(program, "Recently Added Local Content")->property("count"), 15);
-        QTRY_VERIFY_WITH_TIMEOUT(program.text("Popular on Orvella This Week"), patience);
-        for (int i = 0; i < 4; ++i)
-            program.key(Qt::Key_Down);
-        QTRY_COMPARE(shelf(program, "Recently Added Local Content")->hasActiveFocus(), true);
-        program.key(Qt::Key_Return);
-        QVERIFY(program.state().showPlayer());
-        QVERIFY(program.state().playback()->nowPlaying()->title.endsWith(".final"));
-        QVERIFY(QDir(folder).removeRecursively());
-    }
-
-    void shelfIsDragged()
-    {
-        Program program;
-        QVERIFY(program.show());
-        QTRY_VERIFY_WITH_TIMEOUT(shelf(program, "Featured Public-Domain Films"), patience);
-        const QQuickItem *list = shelf(program, "Featured Public-Domain Films");
-        QTRY_VERIFY(list->property("contentWidth").toReal() > list->width());
-        const qreal start = list->property("contentX").toReal();
-        const QPoint from = Program::middleOf(list);
-        QTest::mousePress(program.window(), Qt::LeftButton, {}, from);
-        for (int step = 1; step <= 10; ++step)
-            QTest::mouseMove(program.window(), from - QPoint(20 * step, 0));
-        QTest::mouseRelease(program.window(), Qt::LeftButton, {}, from - QPoint(200, 0));
-        QVERIFY(list->property("contentX").toReal() > start + 100);
-        QVERIFY(!program.state().selectedItem());
-    }
-
-    void itemIsSavedAndInspected_data()
-    {
-        QTest::addColumn<QString>("control");
-        QTest::addColumn<QString>("section");
-        QTest::addColumn<bool>("inspected");
-        QTest::addColumn<QString>("handed");
-        const QString page = "web " + Program::server().base() + "/details/film0";
-        QTest::newRow("download") << "Save to Downloads"
-                                  << "Downloads" << false << "";
-        QTest::newRow("torrent") << "Inspect Orvella .torrent"
-                                 << "Home" << true << "";
-        QTest::newRow("page") << "View on Orvella"
-                              << "Home" << false << page;
-        QTest::newRow("licence") << "https://example.org/terms"
-                                 << "Home" << false << "web https://example.org/terms";
-    }
-
-    void itemIsSavedAndInspected()
-    {
-        QFETCH(QString, control);
-        QFETCH(bool, inspected);
-        QFETCH(QString, handed);
-        Program program;
-        Program::serveFiles("film0", {"reel.mp4", "film0_archive.torrent"});
-        Program::server().serve("/download/film0/film0_archive.torrent", {.body = torrentFile()});
-        QVERIFY(program.show());
-        QTRY_VERIFY_WITH_TIMEOUT(!program.state().popular().isEmpty(), patience);
-        MediaItem item = program.state().popular().first();
-        item.licenseURL = "https://example.org/terms";
-        program.state().selectItem(item);
-        QTRY_VERIFY_WITH_TIMEOUT(program.control("Play"), patience);
-        QVERIFY(program.click(control));
-        QTEST(program.state().sectionName(), "section");
-        QCOMPARE(!program.state().selectedItem(), control == "Save to Downloads");
-        QTRY_COMPARE(program.state().inspector().has_value(), inspected);
-        QCOMPARE(program.handed(), handed.isEmpty() ? QStringList() : QStringList{handed});
-        QCOMPARE(program.state().downloads()->tasks().isEmpty(), control != "Save to Downloads");
-        for (const DownloadTask &task : program.state().downloads()->tasks())
-            program.state().downloads()->cancel(task.id);
-    }
 };
 
-int main(int argc, char **argv)
-{
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication app(argc, argv);
-    tst_Catalog test;
-    return QTest::qExec(&test, argc, argv);
-}
+TAVELO_WINDOW_TEST(tst_Catalog)
 #include "tst_catalog.moc"

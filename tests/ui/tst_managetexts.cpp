@@ -179,7 +179,6 @@ private Q_SLOTS:
         settings.setProviders({});
         ProviderRegistry registry(settings);
         ProviderDraft draft;
-        QCOMPARE(draft.kindLabel(), "Torznab (Jackett/Prowlarr)");
         draft.setProperty("name", name);
         draft.setProperty("url", url);
         draft.setProperty("key", " k ");

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "Program.h"
+#include "WindowTest.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,8 +9,6 @@
 #include <QQmlEngine>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <clocale>
 
 using namespace tavelo;
 
@@ -45,8 +44,6 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase() { std::setlocale(LC_NUMERIC, "C"); }
-
     void subtitlesShowAtTheirTime()
     {
         Program program;
@@ -283,11 +280,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication app(argc, argv);
-    tst_PlayerMenus test;
-    return QTest::qExec(&test, argc, argv);
-}
+TAVELO_WINDOW_TEST(tst_PlayerMenus)
 #include "tst_playermenus.moc"

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "Program.h"
+#include "WindowTest.h"
 
 #include <QSignalSpy>
 #include <QTest>
-
-#include <clocale>
 
 using namespace tavelo;
 
@@ -17,8 +16,6 @@ private:
     static constexpr int patience = 10'000; // milliseconds
 
 private Q_SLOTS:
-    void initTestCase() { std::setlocale(LC_NUMERIC, "C"); }
-
     void playerKeys()
     {
         Program program;
@@ -151,11 +148,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication app(argc, argv);
-    tst_PlayerScreen test;
-    return QTest::qExec(&test, argc, argv);
-}
+TAVELO_WINDOW_TEST(tst_PlayerScreen)
 #include "tst_playerscreen.moc"

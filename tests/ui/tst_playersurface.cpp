@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "WindowTest.h"
 #include "platform/MediaEngine.h"
 #include "playback/VideoPlayerManager.h"
 #include "ui/PlayerSurface.h"
@@ -7,8 +8,6 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
-
-#include <clocale>
 
 using namespace tavelo;
 
@@ -82,8 +81,6 @@ class tst_PlayerSurface : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { std::setlocale(LC_NUMERIC, "C"); }
-
     void seekShowsThatFrame()
     {
         Screen screen;
@@ -207,11 +204,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication app(argc, argv);
-    tst_PlayerSurface test;
-    return QTest::qExec(&test, argc, argv);
-}
+TAVELO_WINDOW_TEST(tst_PlayerSurface)
 #include "tst_playersurface.moc"

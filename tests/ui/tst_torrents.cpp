@@ -1,84 +1,18 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "Program.h"
+#include "TorrentScene.h"
+#include "WindowTest.h"
 
 #include "platform/ServiceHosts.h"
-#include "ui/Clipboard.h"
-
-#include <QAccessible>
-#include <QClipboard>
-#include <QCoroFuture>
-#include <QFile>
-#include <QGuiApplication>
-#include <QPromise>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <algorithm>
-#include <clocale>
 
 using namespace tavelo;
 
 namespace {
 
-const QByteArray metainfo = "d8:announce9:udp://t.e4:infod5:filesl"
-                            "d6:lengthi1500000e4:pathl5:a.mp4eed6:lengthi9e4:pathl5:a.SRTee"
-                            "e4:name4:Reel12:piece lengthi16384e6:pieces20:aaaaaaaaaaaaaaaaaaaaee";
 const QString magnet = "magnet:?xt=urn:btih:0123456789abcdef0123456789abcdef01234567&dn=Reel%20One";
 const QString nothingYet = "Enter a search to query your enabled providers in parallel.";
-
-/// Answers when it is told to.
-class HeldProvider : public TorrentSearchProvider
-{
-public:
-    explicit HeldProvider(const QString &name)
-        : TorrentSearchProvider(ProviderConfig::create(name, ProviderKind::ApiBay, "http://none"))
-    {
-        m_promise->start();
-    }
-
-    QCoro::Task<TorrentResults> search(QString, std::stop_token) const override
-    {
-        const auto promise = m_promise;
-        co_return co_await promise->future();
-    }
-
-    void answer(const QList<TorrentResult> &results) const
-    {
-        m_promise->addResult(TorrentResults(results));
-        m_promise->finish();
-    }
-
-private:
-    std::shared_ptr<QPromise<TorrentResults>> m_promise =
-        std::make_shared<QPromise<TorrentResults>>();
-};
-
-/// "Reel 0", the best seeded, "Reel 1", …
-QList<TorrentResult> reels(int count, const QString &source = "A")
-{
-    QList<TorrentResult> results;
-    for (int i = 0; i < count; ++i) {
-        TorrentResult result;
-        result.id = source + QString::number(i);
-        result.title = QStringLiteral("Reel %1").arg(i);
-        result.sources = {source};
-        result.seeders = 100'000 - i;
-        results.append(result);
-    }
-    return results;
-}
-
-TorrentResult fullResult()
-{
-    TorrentResult result = reels(1).first();
-    result.archiveID = "film0";
-    result.infoHash = "0123456789abcdef0123456789abcdef01234567";
-    result.magnet = magnet;
-    result.torrentURL = Program::server().url("/reel.torrent");
-    result.pageURL = QUrl("http://page.example/");
-    return result;
-}
 
 QQuickItem *entry(const Program &program, const QString &placeholder)
 {
@@ -94,31 +28,11 @@ QQuickItem *magnetEntry(const Program &program)
     return entry(program, "Paste magnet link");
 }
 
-bool showSection(Program &program)
-{
-    return program.show() && program.click("Torrent Search") &&
-           QTest::qWaitFor([&] { return magnetEntry(program) != nullptr; });
-}
-
-/// Shows the section with what a search found.
-bool showResults(Program &program, const QList<TorrentResult> &results)
-{
-    if (!showSection(program))
-        return false;
-    const auto provider = std::make_shared<HeldProvider>("A");
-    program.state().aggregator()->search("reel", {provider});
-    provider->answer(results);
-    return QTest::qWaitFor([&] {
-        return program.text(QStringLiteral("%1 of %1 results").arg(results.size())) != nullptr;
-    });
-}
-
 void type(Program &program, QQuickItem *into, const QString &text)
 {
     program.window()->grabWindow();
     program.clickAt(Program::middleOf(into));
-    for (const QChar letter : text)
-        QTest::keyClick(program.window(), letter.toLatin1());
+    program.type(text);
 }
 
 void searchFor(Program &program, const QString &text)
@@ -127,18 +41,9 @@ void searchFor(Program &program, const QString &text)
     program.key(Qt::Key_Return);
 }
 
-QObject *results(const Program &program)
-{
-    return program.item("ResultTable")->property("results").value<QObject *>();
-}
-
-int currentRow(const Program &program)
-{
-    return results(program)->property("currentRow").toInt();
-}
-
 } // namespace
 
+/// The torrent search's inputs, and its table.
 class tst_Torrents : public QObject
 {
     Q_OBJECT
@@ -146,12 +51,9 @@ class tst_Torrents : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        std::setlocale(LC_NUMERIC, "C");
         ServiceHosts hosts = ServiceHosts::current();
         hosts.archive = hosts.apibay = hosts.yts = Program::server().base();
         ServiceHosts::replace(hosts);
-        Program::server().serve("/reel.torrent", {.body = metainfo});
-        Program::server().serve("/text.torrent", {.body = "words"});
     }
 
     void withoutProviders()
@@ -332,86 +234,6 @@ private Q_SLOTS:
         QCOMPARE(currentRow(program), 2'041);
     }
 
-    void rowMenu_data()
-    {
-        QTest::addColumn<QString>("choice");
-        QTest::addColumn<QString>("handed");
-        QTest::addColumn<QString>("copied");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("page") << "Open Source Page"
-                              << "web http://page.example/"
-                              << ""
-                              << "";
-        QTest::newRow("open magnet") << "Open Magnet in Torrent App"
-                                     << "open " + magnet << ""
-                                     << "";
-        QTest::newRow("copy magnet") << "Copy Magnet Link"
-                                     << "" << magnet << "";
-        QTest::newRow("copy hash") << "Copy Info Hash"
-                                   << ""
-                                   << "0123456789abcdef0123456789abcdef01234567"
-                                   << "";
-        QTest::newRow("magnet") << "Inspect Magnet"
-                                << ""
-                                << ""
-                                << "0 tracker(s)";
-        QTest::newRow("file") << "Inspect .torrent File"
-                              << ""
-                              << ""
-                              << "2 file(s) · 1.5 MB · 1 video";
-        QTest::newRow("item") << "Details & Play…"
-                              << ""
-                              << ""
-                              << "reel.mp4";
-    }
-
-    void rowMenu()
-    {
-        QFETCH(QString, choice);
-        QFETCH(QString, handed);
-        QFETCH(QString, copied);
-        QFETCH(QString, shown);
-        Program program;
-        QVERIFY(showResults(program, {fullResult()}));
-        Clipboard().setText("before");
-        program.window()->grabWindow();
-        QTest::mouseClick(program.window(), Qt::RightButton, {},
-                          Program::middleOf(program.text("Reel 0")));
-        QVERIFY(program.click(choice));
-        QTRY_VERIFY(!program.control(choice));
-        QTRY_COMPARE(program.handed().value(0), handed);
-        QCOMPARE(QGuiApplication::clipboard()->text(), copied.isEmpty() ? "before" : copied);
-        if (!shown.isEmpty())
-            QTRY_VERIFY(program.text(shown));
-    }
-
-    void menuByKeys()
-    {
-        Program program;
-        QVERIFY(showResults(program, {fullResult(), reels(2).last()}));
-        program.window()->grabWindow();
-        program.clickAt(Program::middleOf(program.text("Reel 0")));
-        QTest::keyClick(program.window(), Qt::Key_F10, Qt::ShiftModifier);
-        QTRY_VERIFY(program.control("Copy Info Hash"));
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
-            program.key(key);
-        QTRY_VERIFY(program.state().inspector());
-        QTRY_VERIFY(program.item("TorrentInspector"));
-        program.key(Qt::Key_Escape);
-        QTRY_VERIFY(!program.item("TorrentInspector"));
-        QVERIFY(!program.state().inspector());
-
-        program.key(Qt::Key_Down);
-        QTRY_COMPARE(currentRow(program), 1);
-        program.key(Qt::Key_Menu);
-        QTRY_VERIFY(program.item("QQuickPopupItem"));
-        QVERIFY(!program.control("Copy Info Hash"));
-        program.key(Qt::Key_Escape);
-        QTRY_VERIFY(!program.item("QQuickPopupItem"));
-        program.key(Qt::Key_Up);
-        QCOMPARE(currentRow(program), 0);
-    }
-
     void columnsAreDragged()
     {
         Program program;
@@ -433,87 +255,7 @@ private Q_SLOTS:
         QTRY_VERIFY(title->width() < wide - 40);
         QVERIFY(title->width() >= 140);
     }
-
-    void fileFromDisk()
-    {
-        const QTemporaryDir folder;
-        const QString path = folder.filePath("a b.torrent");
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(metainfo) > 0);
-        file.close();
-        Program program;
-        QVERIFY(showSection(program));
-        auto *dialog = program.item("SearchInputs")->findChild<QObject *>("torrentChooser");
-        QVERIFY(dialog);
-        QVERIFY(program.click("Open .torrent…"));
-        QTRY_VERIFY(dialog->property("visible").toBool());
-        QVERIFY(QMetaObject::invokeMethod(dialog, "reject"));
-        QVERIFY(
-            QMetaObject::invokeMethod(dialog, "chosen", Q_ARG(QUrl, QUrl::fromLocalFile(path))));
-        QTRY_VERIFY(program.text("2 file(s) · 1.5 MB · 1 video"));
-        QVERIFY(program.text("Reel/a.SRT"));
-        QVERIFY(program.control("Copy Magnet"));
-        QVERIFY(program.click("Open .torrent in App"));
-        const QString address = QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
-        QTRY_COMPARE(program.handed(), QStringList{"open " + address});
-        QVERIFY(program.click("Reveal"));
-        QTRY_COMPARE(program.handed().value(1), "show " + path);
-        QVERIFY(program.click("Close"));
-        QTRY_VERIFY(!program.state().inspector());
-    }
-
-    void inspectorOfAMagnet()
-    {
-        Program program;
-        QVERIFY(program.show());
-        program.state().inspectMagnet(magnet);
-        QTRY_VERIFY(program.text("Magnet links carry no file list; it's fetched by your torrent "
-                                 "client once it joins the swarm."));
-        QVERIFY(program.text("Reel One"));
-        QVERIFY(!program.control("Reveal"));
-        QVERIFY(!program.control("Open .torrent in App"));
-        QVERIFY(!program.item("TorrentFileList"));
-        QVERIFY(program.click("Copy Magnet"));
-        QTRY_COMPARE(QGuiApplication::clipboard()->text(), magnet);
-        QVERIFY(program.click("Open in Torrent App"));
-        QTRY_COMPARE(program.handed(), QStringList{"open " + magnet});
-        QVERIFY(program.state().inspector());
-        program.key(Qt::Key_Escape);
-        QTRY_VERIFY(!program.state().inspector());
-    }
-
-    void everyStopHasAName()
-    {
-        QAccessible::setActive(true);
-        Program program;
-        QList<TorrentResult> found = reels(3);
-        found[0].title = "<b>bold</b>";
-        QVERIFY(showResults(program, found));
-        program.state().inspectMagnet(magnet);
-        QTRY_VERIFY(program.item("TorrentInspector"));
-        int stops = 0;
-        for (QQuickItem *item : program.visibleItems()) {
-            const char *type = item->metaObject()->className();
-            if (item->inherits("QQuickText"))
-                QVERIFY2(item->property("textFormat").toInt() == Qt::PlainText, type);
-            if (!item->activeFocusOnTab() || !item->isEnabled())
-                continue;
-            ++stops;
-            QAccessibleInterface *face = QAccessible::queryAccessibleInterface(item);
-            QVERIFY2(face, type);
-            QVERIFY2(!face->text(QAccessible::Name).isEmpty(), type);
-            QVERIFY2(face->role() != QAccessible::NoRole, type);
-        }
-        QVERIFY(program.text("<b>bold</b>"));
-        QVERIFY(stops > 15);
-    }
 };
 
-int main(int argc, char **argv)
-{
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-    QGuiApplication app(argc, argv);
-    tst_Torrents test;
-    return QTest::qExec(&test, argc, argv);
-}
+TAVELO_WINDOW_TEST(tst_Torrents)
 #include "tst_torrents.moc"

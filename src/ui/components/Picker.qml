@@ -3,38 +3,27 @@
 import QtQuick
 import Tavelo
 
-// A MenuButton in a form: framed, with its choice and an arrow.
-MenuButton {
+// One choice out of several, shown in its button.
+PickerButton {
     id: picker
 
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    leftPadding: 12
-    rightPadding: 10
+    required property var choices // of { text, value }
+    required property var current
 
-    background: Rectangle {
-        border.color: Theme.hairline
-        color: picker.down || picker.menuOpen ? Theme.fillPressed
-                                              : picker.hovered ? Theme.fillHovered : Theme.fill
-        radius: 7
+    signal chosen(var value)
 
-        FocusRing {
-            shown: picker.visualFocus
-        }
-    }
-    contentItem: Row {
-        spacing: 8
+    menu: choiceMenu
+    value: choices.find(choice => choice.value === current)?.text ?? ""
 
-        Label {
-            Accessible.ignored: true
-            anchors.verticalCenter: parent.verticalCenter
-            font.pixelSize: Theme.callout
-            text: picker.label
-        }
-        Icon {
-            anchors.verticalCenter: parent.verticalCenter
-            color: Theme.secondary
-            name: "chevron.down"
-            size: 14
-        }
+    ChoiceMenu {
+        id: choiceMenu
+
+        choices: picker.choices
+        current: picker.current
+        width: Math.max(picker.width, implicitWidth)
+        x: 0
+        y: picker.height + 4
+
+        onChosen: value => picker.chosen(value)
     }
 }

@@ -10,6 +10,7 @@ T.AbstractButton {
 
     property string symbol: ""
     property string label: ""
+    property bool tipped: true // its name shows as a tip
     required property T.Menu menu
     readonly property bool menuOpen: menu.visible
 
@@ -30,7 +31,7 @@ T.AbstractButton {
     Tip {
         delay: 600
         text: button.text
-        visible: button.hovered && !button.menuOpen
+        visible: button.tipped && button.hovered && !button.menuOpen
     }
 
     background: Rectangle {

@@ -45,20 +45,13 @@ FocusScope {
             onAccepted: form.submitted(draft)
             onTextChanged: draft.name = text
         }
-        RowLayout {
-            Label {
-                Accessible.ignored: true
-                Layout.fillWidth: true
-                text: qsTr("Type")
-            }
-            Picker {
-                choices: draft.kinds
-                current: draft.kind
-                label: draft.kindLabel
-                text: qsTr("Type")
+        Picker {
+            Layout.fillWidth: true
+            choices: draft.kinds
+            current: draft.kind
+            text: qsTr("Type")
 
-                onChosen: value => draft.kind = value
-            }
+            onChosen: value => draft.kind = value
         }
         TextEntry {
             Layout.fillWidth: true

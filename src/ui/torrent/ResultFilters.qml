@@ -22,7 +22,7 @@ RowLayout {
 
     spacing: Theme.grid
 
-    FilterPicker {
+    Picker {
         Layout.preferredWidth: 160
         choices: filters.named(["Any", "2160p", "1080p", "720p", "480p", "SD"])
         current: filters.results.resolution
@@ -30,7 +30,7 @@ RowLayout {
 
         onChosen: value => filters.results.resolution = value
     }
-    FilterPicker {
+    Picker {
         Layout.preferredWidth: 140
         choices: filters.named(["Any", "mkv", "mp4", "avi", "m4v", "mov", "webm"])
         current: filters.results.format
@@ -38,7 +38,7 @@ RowLayout {
 
         onChosen: value => filters.results.format = value
     }
-    FilterPicker {
+    Picker {
         Layout.preferredWidth: 150
         choices: filters.limits([0, 1, 2, 5, 10, 20])
         current: filters.results.maxSizeGB

@@ -7,7 +7,7 @@ import QtQuick.Templates as T
 import Tavelo
 
 // A menu of switches: one a source, on while its results are shown.
-PickerFace {
+PickerButton {
     id: picker
 
     required property TorrentResultModel results
@@ -17,17 +17,11 @@ PickerFace {
     menu: switches
     text: qsTr("Sources")
 
-    T.Menu {
+    MenuPanel {
         id: switches
 
-        closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
-        implicitHeight: contentHeight + topPadding + bottomPadding
-        implicitWidth: Math.min(280, Math.max(140, contentWidth + leftPadding + rightPadding))
-        margins: 8
-        padding: 5
+        x: 0
         y: picker.height + 4
-
-        onAboutToShow: currentIndex = -1
 
         Instantiator {
             model: ListAdaptor {
@@ -47,19 +41,6 @@ PickerFace {
 
             onObjectAdded: (index, object) => switches.insertItem(index, object as T.MenuItem)
             onObjectRemoved: (index, object) => switches.removeItem(object as T.MenuItem)
-        }
-
-        background: Rectangle {
-            border.color: Theme.hairline
-            color: Theme.popup
-            radius: Theme.radius
-        }
-        contentItem: ListView {
-            clip: true
-            implicitHeight: contentHeight
-            implicitWidth: contentItem.childrenRect.width
-            interactive: contentHeight > height
-            model: switches.contentModel
         }
     }
 }

@@ -9,6 +9,9 @@ Item {
     required property string text
     required property string value
 
+    implicitHeight: what.implicitHeight
+    implicitWidth: Math.ceil(what.implicitWidth + 6 + chosen.implicitWidth + 2 + arrow.width)
+
     Label {
         id: what
 
@@ -20,6 +23,8 @@ Item {
         width: Math.min(implicitWidth, arrow.x)
     }
     Label {
+        id: chosen
+
         Accessible.ignored: true
         anchors.left: what.right
         anchors.leftMargin: 6

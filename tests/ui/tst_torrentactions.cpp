@@ -1,0 +1,206 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "TorrentScene.h"
+#include "WindowTest.h"
+
+#include "platform/ServiceHosts.h"
+#include "ui/Clipboard.h"
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QFile>
+#include <QTemporaryDir>
+
+using namespace tavelo;
+
+namespace {
+
+const QByteArray metainfo = "d8:announce9:udp://t.e4:infod5:filesl"
+                            "d6:lengthi1500000e4:pathl5:a.mp4eed6:lengthi9e4:pathl5:a.SRTee"
+                            "e4:name4:Reel12:piece lengthi16384e6:pieces20:aaaaaaaaaaaaaaaaaaaaee";
+const QString magnet = "magnet:?xt=urn:btih:0123456789abcdef0123456789abcdef01234567&dn=Reel%20One";
+
+TorrentResult fullResult()
+{
+    TorrentResult result = reels(1).first();
+    result.archiveID = "film0";
+    result.infoHash = "0123456789abcdef0123456789abcdef01234567";
+    result.magnet = magnet;
+    result.torrentURL = Program::server().url("/reel.torrent");
+    result.pageURL = QUrl("http://page.example/");
+    return result;
+}
+
+} // namespace
+
+/// What can be done with a torrent: the row's menu, and the inspector.
+class tst_TorrentActions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        ServiceHosts hosts = ServiceHosts::current();
+        hosts.archive = hosts.apibay = hosts.yts = Program::server().base();
+        ServiceHosts::replace(hosts);
+        Program::server().serve("/reel.torrent", {.body = metainfo});
+    }
+
+    void rowMenu_data()
+    {
+        QTest::addColumn<QString>("choice");
+        QTest::addColumn<QString>("handed");
+        QTest::addColumn<QString>("copied");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("page") << "Open Source Page"
+                              << "web http://page.example/"
+                              << ""
+                              << "";
+        QTest::newRow("open magnet") << "Open Magnet in Torrent App"
+                                     << "open " + magnet << ""
+                                     << "";
+        QTest::newRow("copy magnet") << "Copy Magnet Link"
+                                     << "" << magnet << "";
+        QTest::newRow("copy hash") << "Copy Info Hash"
+                                   << ""
+                                   << "0123456789abcdef0123456789abcdef01234567"
+                                   << "";
+        QTest::newRow("magnet") << "Inspect Magnet"
+                                << ""
+                                << ""
+                                << "0 tracker(s)";
+        QTest::newRow("file") << "Inspect .torrent File"
+                              << ""
+                              << ""
+                              << "2 file(s) · 1.5 MB · 1 video";
+        QTest::newRow("item") << "Details & Play…"
+                              << ""
+                              << ""
+                              << "reel.mp4";
+    }
+
+    void rowMenu()
+    {
+        QFETCH(QString, choice);
+        QFETCH(QString, handed);
+        QFETCH(QString, copied);
+        QFETCH(QString, shown);
+        Program program;
+        QVERIFY(showResults(program, {fullResult()}));
+        Clipboard().setText("before");
+        program.window()->grabWindow();
+        QTest::mouseClick(program.window(), Qt::RightButton, {},
+                          Program::middleOf(program.text("Reel 0")));
+        QVERIFY(program.click(choice));
+        QTRY_VERIFY(!program.control(choice));
+        QTRY_COMPARE(program.handed().value(0), handed);
+        QCOMPARE(QGuiApplication::clipboard()->text(), copied.isEmpty() ? "before" : copied);
+        if (!shown.isEmpty())
+            QTRY_VERIFY(program.text(shown));
+    }
+
+    void menuByKeys()
+    {
+        Program program;
+        QVERIFY(showResults(program, {fullResult(), reels(2).last()}));
+        program.window()->grabWindow();
+        program.clickAt(Program::middleOf(program.text("Reel 0")));
+        QTest::keyClick(program.window(), Qt::Key_F10, Qt::ShiftModifier);
+        QTRY_VERIFY(program.control("Copy Info Hash"));
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
+            program.key(key);
+        QTRY_VERIFY(program.state().inspector());
+        QTRY_VERIFY(program.item("TorrentInspector"));
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.item("TorrentInspector"));
+        QVERIFY(!program.state().inspector());
+
+        program.key(Qt::Key_Down);
+        QTRY_COMPARE(currentRow(program), 1);
+        program.key(Qt::Key_Menu);
+        QTRY_VERIFY(program.item("QQuickPopupItem"));
+        QVERIFY(!program.control("Copy Info Hash"));
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.item("QQuickPopupItem"));
+        program.key(Qt::Key_Up);
+        QCOMPARE(currentRow(program), 0);
+    }
+
+    void fileFromDisk()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("a b.torrent");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(metainfo) > 0);
+        file.close();
+        Program program;
+        QVERIFY(showSection(program));
+        auto *dialog = program.item("SearchInputs")->findChild<QObject *>("torrentChooser");
+        QVERIFY(dialog);
+        QVERIFY(program.click("Open .torrent…"));
+        QTRY_VERIFY(dialog->property("visible").toBool());
+        QVERIFY(QMetaObject::invokeMethod(dialog, "reject"));
+        QVERIFY(
+            QMetaObject::invokeMethod(dialog, "chosen", Q_ARG(QUrl, QUrl::fromLocalFile(path))));
+        QTRY_VERIFY(program.text("2 file(s) · 1.5 MB · 1 video"));
+        QVERIFY(program.text("Reel/a.SRT"));
+        QVERIFY(program.control("Copy Magnet"));
+        QVERIFY(program.click("Open .torrent in App"));
+        const QString address = QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
+        QTRY_COMPARE(program.handed(), QStringList{"open " + address});
+        QVERIFY(program.click("Reveal"));
+        QTRY_COMPARE(program.handed().value(1), "show " + path);
+        QVERIFY(program.click("Close"));
+        QTRY_VERIFY(!program.state().inspector());
+    }
+
+    void inspectorOfAMagnet()
+    {
+        Program program;
+        QVERIFY(program.show());
+        program.state().inspectMagnet(magnet);
+        QTRY_VERIFY(program.text("Magnet links carry no file list; it's fetched by your torrent "
+                                 "client once it joins the swarm."));
+        QVERIFY(program.text("Reel One"));
+        QVERIFY(!program.control("Reveal"));
+        QVERIFY(!program.control("Open .torrent in App"));
+        QVERIFY(!program.item("TorrentFileList"));
+        QVERIFY(program.click("Copy Magnet"));
+        QTRY_COMPARE(QGuiApplication::clipboard()->text(), magnet);
+        QVERIFY(program.click("Open in Torrent App"));
+        QTRY_COMPARE(program.handed(), QStringList{"open " + magnet});
+        QVERIFY(program.state().inspector());
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.state().inspector());
+    }
+
+    void everyStopHasAName()
+    {
+        QAccessible::setActive(true);
+        Program program;
+        QList<TorrentResult> found = reels(3);
+        found[0].title = "<b>bold</b>";
+        QVERIFY(showResults(program, found));
+        program.state().inspectMagnet(magnet);
+        QTRY_VERIFY(program.item("TorrentInspector"));
+        QTRY_VERIFY(program.text("<b>bold</b>")); // rows come with the next frame
+        int stops = 0;
+        for (QQuickItem *item : program.visibleItems()) {
+            const char *type = item->metaObject()->className();
+            if (item->inherits("QQuickText"))
+                QVERIFY2(item->property("textFormat").toInt() == Qt::PlainText, type);
+            if (!item->activeFocusOnTab() || !item->isEnabled())
+                continue;
+            ++stops;
+            QAccessibleInterface *face = QAccessible::queryAccessibleInterface(item);
+            QVERIFY2(face, type);
+            QVERIFY2(!face->text(QAccessible::Name).isEmpty(), type);
+            QVERIFY2(face->role() != QAccessible::NoRole, type);
+        }
+        QVERIFY(stops > 15);
+    }
+};
+
+TAVELO_WINDOW_TEST(tst_TorrentActions)
+#include "tst_torrentactions.moc"
