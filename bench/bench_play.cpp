@@ -81,7 +81,7 @@ int main(int argc, char **argv)
     QTest::qWait(1000); // the item sheet is read
     QQuickWindow &window = *demo.application().window();
     const qint64 first =
-        untilPicture(window, *state.playback()->player(), [&] { state.play(file, item); });
+        untilPicture(window, *state.playback()->player(), [&] { state.play(file, item, {}); });
     state.playback()->stopPlayback();
 
     QList<qint64> ours;
@@ -91,7 +91,7 @@ int main(int argc, char **argv)
         manager.stop();
         QTest::qWait(300);
         const qint64 inProgram =
-            untilPicture(window, *state.playback()->player(), [&] { state.play(file, item); });
+            untilPicture(window, *state.playback()->player(), [&] { state.play(file, item, {}); });
         state.playback()->stopPlayback();
         state.setShowPlayer(false);
         QTest::qWait(300);
