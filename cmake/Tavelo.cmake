@@ -16,9 +16,9 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 # The media engine is a plugin: it uses the interface that the program exports, and lies at the same
 # place beside the program in the build folder as where it is installed.
 set(CMAKE_ENABLE_EXPORTS ON)
-set(TAVELO_PLUGIN_DIR ${CMAKE_INSTALL_LIBDIR}/tavelo)
+set(TAVELO_PLUGIN_DIR ${CMAKE_INSTALL_LIBDIR}/tavelo/plugins)
 file(RELATIVE_PATH TAVELO_PLUGIN_PATH
-  ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/tavelo)
+  ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/tavelo/plugins)
 cmake_path(ABSOLUTE_PATH TAVELO_PLUGIN_PATH BASE_DIRECTORY ${CMAKE_BINARY_DIR}/bin NORMALIZE
   OUTPUT_VARIABLE TAVELO_PLUGIN_OUTPUT_DIRECTORY)
 
