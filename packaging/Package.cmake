@@ -20,11 +20,13 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION video)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What the screens import is found at run time, so no tool sees it.
+# What the screens import and whom the services' certificates are from is found at run time, so no
+# tool sees it.
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
+  ca-certificates
   qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-dialogs
   qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window
   qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
   qml6-module-qt-labs-folderlistmodel)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, libgl1-mesa-dri")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, libgl1-mesa-dri, qt6-wayland")
 include(CPack)
