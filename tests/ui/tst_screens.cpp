@@ -66,6 +66,20 @@ private Q_SLOTS:
         QVERIFY(before);
     }
 
+    void filmIsPlayedByKeysAlone()
+    {
+        Program program;
+        QVERIFY(program.show());
+        QTRY_VERIFY_WITH_TIMEOUT(program.control("Film 0"), patience);
+        program.keys({Qt::Key_Down, Qt::Key_Down, Qt::Key_Return});
+        QTRY_VERIFY(program.item("ItemDetailView"));
+        QTRY_VERIFY(program.control("Play"));
+        program.key(Qt::Key_Return);
+        QTRY_VERIFY(program.state().showPlayer());
+        QTRY_VERIFY_WITH_TIMEOUT(program.player().duration() > 0, patience);
+        QVERIFY(!program.state().selectedItem());
+    }
+
     void shelfMakesOnlyTheCardsItShows()
     {
         Program program;

@@ -32,6 +32,8 @@ FocusScope {
         }
 
         Keys.onDownPressed: contentY = Math.max(0, Math.min(contentHeight - height, contentY + 60))
+        Keys.onEnterPressed: files.playFirst()
+        Keys.onReturnPressed: files.playFirst()
         Keys.onUpPressed: contentY = Math.max(0, contentY - 60)
 
         Column {
@@ -72,6 +74,8 @@ FocusScope {
                 }
             }
             ItemFiles {
+                id: files
+
                 details: model.details
                 error: model.error
                 topPadding: Theme.grid

@@ -33,6 +33,12 @@ Column {
         return qsTr("No Mac-compatible stream (MP4/M4V/MOV) is available. Other formats can be downloaded.");
     }
 
+    // Plays the first file, when it has one that can be played.
+    function playFirst() {
+        if (!restricted && playable.length > 0)
+            play(playable[0]);
+    }
+
     spacing: 12
 
     LoadingLabel {

@@ -43,7 +43,8 @@ T.AbstractButton {
             visible: button.prominent && (button.down || button.hovered)
         }
         FocusRing {
-            radius: parent.radius + 2
+            around: button.prominent ? 4 : 2 // a gap tells it from a button of its colour
+            radius: parent.radius + around
             shown: button.ringed
         }
     }
