@@ -78,6 +78,12 @@ void AppState::playDownload(const DownloadTask &task)
         playLocal(*file);
 }
 
+void AppState::closePlayer()
+{
+    playback()->stopPlayback();
+    setShowPlayer(false);
+}
+
 void AppState::download(const ArchiveFile &file, const MediaItem &item)
 {
     if (const auto refusal = m_downloads.start(item.title, file.url, file.size))
@@ -108,7 +114,7 @@ QCoro::Task<> AppState::inspectFlow(QUrl url)
     if (!bytes)
         co_return setInspected(bytes.error());
     const auto folder = m_cache.torrentDir();
-    const QString name = QFileInfo(downloadName(url)).completeBaseName();
+    const QString name = QFileInfo(lastComponent(url)).completeBaseName();
     const QString path = (folder ? *folder : m_settings.cachePath()) + QLatin1Char('/') + name +
                          QLatin1String(".torrent");
     const auto parsing = runOnPool([data = *bytes, path] { return keepAndParse(data, path); });

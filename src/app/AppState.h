@@ -136,6 +136,8 @@ public:
     Q_INVOKABLE void resume(const tavelo::HistoryEntry &entry);
     /// Plays what a finished download saved; nothing when the file is not there any more.
     Q_INVOKABLE void playDownload(const tavelo::DownloadTask &task);
+    /// Ends the film and hides the player.
+    Q_INVOKABLE void closePlayer();
     /// Starts a download and goes to the Downloads section.
     Q_INVOKABLE void download(const tavelo::ArchiveFile &file, const tavelo::MediaItem &item);
     /// Shows what a magnet link says of its torrent.

@@ -9,7 +9,6 @@
 #include "platform/desktop/GioWorkspace.h"
 #include "ui/UiModule.h"
 
-#include <QCommandLineParser>
 #include <QDir>
 #include <QIcon>
 #include <QQuickWindow>
@@ -41,19 +40,9 @@ QString activationToken()
     return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
 }
 
-/// Answers --help and --version, and refuses what is no option, by ending the program.
-QStringList requested(const QCoreApplication &application)
+QStringList requested()
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Browses and plays the films of the Internet Archive."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("torrents"),
-                                 QStringLiteral("Magnet links and .torrent files to look into."),
-                                 QStringLiteral("[torrents...]"));
-    parser.process(application);
-    return Intake::addresses(parser.positionalArguments(), QDir::currentPath());
+    return Intake::addresses(QCoreApplication::arguments().mid(1), QDir::currentPath());
 }
 
 } // namespace
@@ -70,11 +59,10 @@ Application::Application(int &argc, char **argv)
 
 std::optional<int> Application::claim()
 {
-    m_requested = requested(m_application);
     m_instance = std::make_unique<SingleInstance>(
         QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation),
         StandardFolders::configuration());
-    switch (m_instance->claim({m_requested, m_activationToken})) {
+    switch (m_instance->claim({requested(), m_activationToken})) {
     case SingleInstance::Role::First:
         return std::nullopt;
     case SingleInstance::Role::Second:
@@ -120,7 +108,7 @@ int Application::run()
                              comeForward(call.activationToken);
                          });
     }
-    open(m_requested);
+    open(requested());
     return QGuiApplication::exec();
 }
 

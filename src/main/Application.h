@@ -22,8 +22,8 @@ public:
     AppState &state() { return *m_state; }
     QQuickWindow *window() const; // null before show()
 
-    /// Reads the command line, then makes this the one program of the user, or hands what it was
-    /// started with to the one that runs. A value is the code to end with.
+    /// Makes this the one program of the user, or hands what it was started with to the one that
+    /// runs. A value is the code to end with.
     std::optional<int> claim();
     /// Makes the state and the window. What must be replaced (hosts, folders) is replaced by now.
     bool show();
@@ -36,7 +36,6 @@ private:
 
     QString m_activationToken; // of this start, read before the toolkit takes it away
     QGuiApplication m_application;
-    QStringList m_requested;                    // after claim(): addresses of torrents
     std::unique_ptr<SingleInstance> m_instance; // after claim()
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // goes before the state that it shows

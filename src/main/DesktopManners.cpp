@@ -16,7 +16,10 @@ DesktopManners::DesktopManners(AppState &state, QWindow &window, std::function<v
 {
     m_session.start(bus);
     heed();
-    const auto republish = [this] { publish(); };
+    // One film's change comes in several signals; what holds after the last of them is told.
+    m_publishing.setSingleShot(true);
+    connect(&m_publishing, &QTimer::timeout, this, &DesktopManners::publish);
+    const auto republish = [this] { m_publishing.start(); };
     connect(state.playback(), &PlaybackCoordinator::nowPlayingChanged, this, republish);
     connect(&player(), &VideoPlayerManager::isPlayingChanged, this, republish);
     connect(&player(), &VideoPlayerManager::durationChanged, this, republish);
@@ -38,10 +41,7 @@ void DesktopManners::heed()
     connect(&m_session, &MediaSession::playAsked, this, [this] { play(true); });
     connect(&m_session, &MediaSession::pauseAsked, this, [this] { play(false); });
     connect(&m_session, &MediaSession::toggleAsked, this, [this] { play(!player().isPlaying()); });
-    connect(&m_session, &MediaSession::stopAsked, this, [this] {
-        m_state.playback()->stopPlayback();
-        m_state.setShowPlayer(false);
-    });
+    connect(&m_session, &MediaSession::stopAsked, &m_state, &AppState::closePlayer);
     connect(&m_session, &MediaSession::seekAsked, &player(), &VideoPlayerManager::seek);
     connect(&m_session, &MediaSession::rateAsked, this,
             [this](double rate) { player().setRate(float(rate)); });
@@ -62,6 +62,7 @@ void DesktopManners::publish()
     const auto &film = m_state.playback()->nowPlaying();
     MediaSessionState state;
     if (film) {
+        state.key = film->key;
         state.title = film->title;
         state.poster = film->thumbnail;
     }

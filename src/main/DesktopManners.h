@@ -8,6 +8,7 @@
 #include "platform/desktop/SleepGuard.h"
 
 #include <QSet>
+#include <QTimer>
 
 #include <functional>
 
@@ -41,6 +42,7 @@ private:
     MediaSession m_session;
     SleepGuard m_sleep;
     Notifier m_notifier;
+    QTimer m_publishing;
     QSet<QUuid> m_finished;
 };
 

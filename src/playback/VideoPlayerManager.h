@@ -67,6 +67,7 @@ public:
     Q_INVOKABLE void retry();
     Q_INVOKABLE void toggle();
     Q_INVOKABLE void seek(double seconds);
+    Q_INVOKABLE void seekBy(double seconds) { seek(m_currentTime + seconds); }
     Q_INVOKABLE void setRate(float rate);
     Q_INVOKABLE void adjustVolume(float step);
     Q_INVOKABLE void selectAudio(qint64 id);

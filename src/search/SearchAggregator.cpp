@@ -44,10 +44,10 @@ SearchAggregator::~SearchAggregator()
 
 void SearchAggregator::search(const QString &query, const TorrentSearchProviders &providers)
 {
-    m_stop.request_stop();
     const QString text = query.trimmed();
     if (text.isEmpty())
         return;
+    m_stop.request_stop();
     m_stop = std::stop_source();
     // Whoever hears of our first changes may start another search.
     const std::stop_token stop = m_stop.get_token();

@@ -32,7 +32,7 @@ public:
     /// Trimmed.
     QString lastQuery() const { return m_lastQuery; }
 
-    /// Ends the running search, and starts one unless `query` is blank.
+    /// Ends the running search and starts one; a blank query changes nothing.
     void search(const QString &query, const TorrentSearchProviders &providers);
 
 Q_SIGNALS:

@@ -40,10 +40,10 @@ bool declaresAnything(QStringView documentType)
     return documentType.count(QLatin1String("<!")) > 1;
 }
 
-Error malformed(const QString &text)
+Error failure(ErrorKind kind, const QString &text)
 {
-    constexpr qsizetype maxCharacters = 200; // it may quote the document
-    return {ErrorKind::Malformed, text.left(maxCharacters), 0};
+    constexpr qsizetype maxCharacters = 200; // it comes from the document, or may quote it
+    return {kind, text.left(maxCharacters), 0};
 }
 
 std::optional<QString> valueOf(const QXmlStreamAttributes &attributes, QLatin1String name)
@@ -64,7 +64,7 @@ TorznabParser::TorznabParser(const QString &source)
 Result<QList<TorrentResult>> TorznabParser::parse(const QByteArray &body)
 {
     if (isHeavy(body))
-        return malformed(QStringLiteral("The answer is no Torznab document."));
+        return failure(ErrorKind::Malformed, QStringLiteral("The answer is no Torznab document."));
     QXmlStreamReader reader(body);
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd()) {
@@ -90,7 +90,7 @@ Result<QList<TorrentResult>> TorznabParser::parse(const QByteArray &body)
     if (m_apiError)
         return *m_apiError;
     if (reader.hasError())
-        return malformed(reader.errorString());
+        return failure(ErrorKind::Malformed, reader.errorString());
     return m_results;
 }
 
@@ -100,10 +100,8 @@ void TorznabParser::startElement(QStringView name, const QXmlStreamAttributes &a
     if (name == QLatin1String("item"))
         m_item.emplace();
     if (name == QLatin1String("error"))
-        m_apiError = Error{ErrorKind::Service,
-                           valueOf(attributes, QLatin1String("description"))
-                               .value_or(QStringLiteral("Indexer error")),
-                           0};
+        m_apiError = failure(ErrorKind::Service, valueOf(attributes, QLatin1String("description"))
+                                                     .value_or(QStringLiteral("Indexer error")));
     if (m_item)
         readItemAttributes(name, attributes);
 }

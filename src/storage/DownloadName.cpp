@@ -34,17 +34,31 @@ qsizetype extensionDot(const QString &name)
     return dot > 0 && dot + 1 < name.size() ? dot : name.size();
 }
 
-} // namespace
+QString withoutSlashes(QString name)
+{
+    return name.replace(QLatin1Char('/'), QLatin1Char('_'));
+}
 
-QString downloadName(const QUrl &url)
+QString decodedLastComponent(const QUrl &url)
 {
     QByteArray path = url.path(QUrl::FullyEncoded).toLatin1();
     if (path.size() > 1 && path.endsWith('/'))
         path.chop(1);
     const QByteArray last = path == "/" ? path : path.sliced(path.lastIndexOf('/') + 1);
-    QString name = Utf8::decoded(QByteArray::fromPercentEncoding(last));
-    name = percentDecoded(name).value_or(name);
-    return name.replace(QLatin1Char('/'), QLatin1Char('_'));
+    return Utf8::decoded(QByteArray::fromPercentEncoding(last));
+}
+
+} // namespace
+
+QString lastComponent(const QUrl &url)
+{
+    return withoutSlashes(decodedLastComponent(url));
+}
+
+QString downloadName(const QUrl &url)
+{
+    const QString name = decodedLastComponent(url);
+    return withoutSlashes(percentDecoded(name).value_or(name));
 }
 
 QString freeDestination(const QString &folder, const QString &name,

@@ -8,8 +8,11 @@
 
 namespace tavelo {
 
-/// The name that a download of `url` is saved under: the last component of its path, decoded twice
-/// where it was encoded twice, without any "/". May be empty, "." or "..".
+/// The last component of a URL's path, decoded, with "_" for each "/". May be empty, "." or "..".
+QString lastComponent(const QUrl &url);
+
+/// The name that a download of `url` is saved under: its last component, decoded once more where it
+/// was encoded twice.
 QString downloadName(const QUrl &url);
 
 /// The path of `name` in `folder`, or the first of "name 1.ext", "name 2.ext" … that is not taken.

@@ -31,6 +31,8 @@ class TorrentResultModel : public QAbstractListModel
     Q_PROPERTY(bool descending READ descending NOTIFY orderChanged)
     Q_PROPERTY(int count READ count NOTIFY rowsChanged)
     Q_PROPERTY(QString countText READ countText NOTIFY rowsChanged)
+    /// No results, shown or hidden by the filter.
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY rowsChanged)
     Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentRow NOTIFY currentRowChanged)
     Q_PROPERTY(int heldRow READ heldRow WRITE setHeldRow NOTIFY heldRowChanged)
 
@@ -72,6 +74,7 @@ public:
     int count() const { return static_cast<int>(m_places.size()); }
     /// "3 of 12 results"
     QString countText() const;
+    bool isEmpty() const { return m_all.rows.isEmpty(); }
     /// -1: none, also once its torrent is no longer shown.
     int currentRow() const { return m_currentRow; }
     void setCurrentRow(int row);

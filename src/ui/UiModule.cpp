@@ -11,6 +11,7 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 
+void Q_GUI_EXPORT qt_set_sequence_auto_mnemonic(bool on); // documented, but in no header
 void qml_register_types_Tavelo(); // generated; naming it keeps the linker from leaving it out
 
 namespace tavelo {
@@ -33,6 +34,7 @@ void UiModule::prepare(QQmlEngine &engine)
     static const bool once = [] {
         qml_register_types_Tavelo();
         useFont();
+        qt_set_sequence_auto_mnemonic(false); // the "&" of a stranger's title is no key
         QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
         QImageReader::setAllocationLimit(pictureMegabytes);
         return true;

@@ -210,14 +210,17 @@ private Q_SLOTS:
         }
     }
 
-    void aBlankSearchOnlyEndsTheRunningOne()
+    void aBlankSearchChangesNothing()
     {
         m_aggregator.search("x", {provider("hangs", {.silent = true})});
         QTRY_COMPARE(m_server.openRequests(), 1);
         m_aggregator.search(" \n", {});
-        QTRY_COMPARE(m_server.openRequests(), 0);
+        QVERIFY(m_aggregator.isSearching());
         QCOMPARE(m_aggregator.lastQuery(), "x");
         QCOMPARE(states(), "hangs…");
+        m_aggregator.search("y", {atOnce("after")});
+        QTRY_COMPARE(m_server.openRequests(), 0);
+        QTRY_COMPARE(titles(), QStringList{"after from at once"});
     }
 
     void endsWithItsOwner()

@@ -27,7 +27,7 @@ QVariant trackId(int film)
 
 QVariantMap metadataOf(const MediaSessionState &state, int film)
 {
-    if (state.title.isEmpty())
+    if (state.key.isEmpty())
         return {};
     QVariantMap metadata{{QStringLiteral("mpris:trackid"), trackId(film)},
                          {QStringLiteral("xesam:title"), state.title}};
@@ -40,14 +40,14 @@ QVariantMap metadataOf(const MediaSessionState &state, int film)
 
 QVariantMap propertiesOf(const MediaSessionState &state, int film)
 {
-    const bool loaded = !state.title.isEmpty();
+    const bool loaded = !state.key.isEmpty();
     const QString status = !loaded         ? QStringLiteral("Stopped")
                            : state.playing ? QStringLiteral("Playing")
                                            : QStringLiteral("Paused");
     return {{QStringLiteral("PlaybackStatus"), status},
             {QStringLiteral("Metadata"), metadataOf(state, film)},
             {QStringLiteral("Rate"), state.rate},
-            {QStringLiteral("Volume"), state.volume},
+            {QStringLiteral("Volume"), std::round(state.volume * 1e4) / 1e4},
             {QStringLiteral("CanPlay"), loaded},
             {QStringLiteral("CanPause"), loaded},
             {QStringLiteral("CanSeek"), loaded && state.duration > 0}};
@@ -64,9 +64,9 @@ MediaSession::MediaSession(QObject *parent)
     : QObject(parent)
     , m_bus(QString())
     , m_properties(propertiesOf({}, 0))
+    , m_player(new MprisPlayer(*this))
 {
     new MprisProgram(*this);
-    new MprisPlayer(*this);
 }
 
 bool MediaSession::start(const QDBusConnection &bus)
@@ -82,11 +82,21 @@ void MediaSession::publish(const MediaSessionState &state)
 {
     if (state == m_state)
         return;
-    if (state.title != m_state.title)
-        ++m_film;
+    const double expected = expectedPosition();
+    const bool another = state.key != m_state.key;
     m_state = state;
+    if (another)
+        ++m_film;
+    // Who follows starts counting anew with each of these: a film from its start.
+    m_told = another ? 0 : expected;
+    m_toldAt = now();
+    tellChanges();
+}
+
+void MediaSession::tellChanges()
+{
     QVariantMap changed;
-    const QVariantMap properties = propertiesOf(state, m_film);
+    const QVariantMap properties = propertiesOf(m_state, m_film);
     for (auto each = properties.begin(); each != properties.end(); ++each) {
         if (m_properties.value(each.key()) != each.value())
             changed.insert(each.key(), each.value());
@@ -104,21 +114,18 @@ void MediaSession::publish(const MediaSessionState &state)
 void MediaSession::setPosition(double seconds)
 {
     constexpr double slack = 1; // seconds: positions come every half second
-    const qint64 moment = now();
-    const qint64 passed = moment - std::exchange(m_positionSince, moment);
-    const double before = std::exchange(m_position, seconds);
-    const double played = m_state.playing ? double(passed) / 1000 * m_state.rate : 0;
-    // A film that waits for data falls behind, which is no jump.
-    if (seconds < before - slack || seconds > before + played + slack)
-        tellJump();
+    m_position = seconds;
+    if (std::abs(seconds - expectedPosition()) <= slack)
+        return;
+    m_told = seconds;
+    m_toldAt = now();
+    Q_EMIT m_player->Seeked(qlonglong(seconds * 1e6));
 }
 
-void MediaSession::tellJump()
+double MediaSession::expectedPosition() const
 {
-    auto message =
-        QDBusMessage::createSignal(objectPath, playerInterface, QStringLiteral("Seeked"));
-    message << qlonglong(m_position * 1e6);
-    m_bus.send(message);
+    const double passed = double(now() - m_toldAt) / 1000;
+    return m_state.playing ? m_told + passed * m_state.rate : m_told;
 }
 
 } // namespace tavelo

@@ -9,10 +9,13 @@
 
 namespace tavelo {
 
+class MprisPlayer;
+
 /// The film as the desktop's player controls show it.
 struct MediaSessionState
 {
-    QString title;       // empty: nothing plays
+    QString key; // another for another film; empty: nothing plays
+    QString title;
     QUrl poster;         // empty: none
     double duration = 0; // seconds; 0: not known
     bool playing = false;
@@ -36,7 +39,7 @@ public:
     bool start(const QDBusConnection &bus);
 
     void publish(const MediaSessionState &state);
-    /// The film's position in seconds; one that playing on does not explain is told as a jump.
+    /// The film's position in seconds; told when it is not where those who follow expect it.
     void setPosition(double seconds);
 
     /// The player's properties by their names on the bus.
@@ -56,14 +59,17 @@ Q_SIGNALS:
     void rateAsked(double rate);
 
 private:
-    void tellJump();
+    void tellChanges();
+    double expectedPosition() const;
 
     QDBusConnection m_bus;
     MediaSessionState m_state;
     QVariantMap m_properties;
+    MprisPlayer *m_player;
     int m_film = 0;
     double m_position = 0;
-    qint64 m_positionSince = 0; // milliseconds of the steady clock
+    double m_told = 0;   // the last position that others know
+    qint64 m_toldAt = 0; // milliseconds of the steady clock
 };
 
 } // namespace tavelo

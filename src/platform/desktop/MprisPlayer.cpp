@@ -5,6 +5,7 @@
 #include "platform/desktop/MediaSession.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tavelo {
 
@@ -32,7 +33,8 @@ void MprisPlayer::setRate(double rate)
 {
     if (rate == 0)
         return Pause();
-    Q_EMIT m_session.rateAsked(std::clamp(rate, minimumRate(), maximumRate()));
+    if (std::isfinite(rate))
+        Q_EMIT m_session.rateAsked(std::clamp(rate, minimumRate(), maximumRate()));
 }
 
 QVariantMap MprisPlayer::metadata() const
@@ -47,7 +49,8 @@ double MprisPlayer::volume() const
 
 void MprisPlayer::setVolume(double volume)
 {
-    Q_EMIT m_session.volumeAsked(std::clamp(volume, 0.0, 1.0));
+    if (std::isfinite(volume))
+        Q_EMIT m_session.volumeAsked(std::clamp(volume, 0.0, 1.0));
 }
 
 qlonglong MprisPlayer::position() const

@@ -56,7 +56,10 @@ public Q_SLOTS:
     void Seek(qlonglong Offset);
     /// Ignored for another film than the one that plays, and out of its bounds.
     void SetPosition(const QDBusObjectPath &TrackId, qlonglong Position);
-    void OpenUri(const QString &) {}
+    void OpenUri(const QString &Uri) { Q_UNUSED(Uri) }
+
+Q_SIGNALS:
+    void Seeked(qlonglong Position);
 
 private:
     QVariant value(const char *name) const;

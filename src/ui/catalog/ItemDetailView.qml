@@ -18,6 +18,11 @@ FocusScope {
 
         item: view.item
     }
+    ScrollKeys {
+        id: keys
+
+        view: flick
+    }
     Flickable {
         id: flick
 
@@ -31,10 +36,9 @@ FocusScope {
         T.ScrollBar.vertical: ScrollThumb {
         }
 
-        Keys.onDownPressed: contentY = Math.max(0, Math.min(contentHeight - height, contentY + 60))
         Keys.onEnterPressed: files.playFirst()
         Keys.onReturnPressed: files.playFirst()
-        Keys.onUpPressed: contentY = Math.max(0, contentY - 60)
+        Keys.forwardTo: [keys]
 
         Column {
             id: column

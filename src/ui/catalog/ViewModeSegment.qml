@@ -1,28 +1,18 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import Tavelo
 
-T.AbstractButton {
+Pressable {
     id: segment
 
     required property string symbol
     required property bool chosen
 
-    activeFocusOnTab: true
-    focusPolicy: Qt.TabFocus
-
     Accessible.checkable: true
     Accessible.checked: chosen
-    Accessible.name: text
     Accessible.role: Accessible.RadioButton
-    Keys.onEnterPressed: segment.clicked()
-    Keys.onReturnPressed: segment.clicked()
 
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
-    }
     Tip {
         delay: 600
         text: segment.text

@@ -10,4 +10,8 @@ MenuRow {
     mark: chosen ? "✓" : ""
     marked: true
     text: (chosen ? "✓ " : "") + label
+
+    Accessible.checkable: true
+    Accessible.checked: chosen
+    Accessible.name: label
 }

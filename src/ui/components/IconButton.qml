@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import Tavelo
 
 // A borderless symbol; `text` is its name and its tooltip.
-T.AbstractButton {
+Pressable {
     id: button
 
     required property string symbol
@@ -15,19 +14,10 @@ T.AbstractButton {
     property bool ringed: visualFocus
     property bool round: false
 
-    activeFocusOnTab: true
-    focusPolicy: Qt.TabFocus
     implicitHeight: iconSize + 12
     implicitWidth: iconSize + 12
     opacity: enabled ? 1 : 0.4
 
-    Accessible.name: text
-    Keys.onEnterPressed: button.clicked()
-    Keys.onReturnPressed: button.clicked()
-
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
-    }
     Tip {
         delay: 600
         text: button.text

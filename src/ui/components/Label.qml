@@ -10,6 +10,7 @@ Text {
     color: Theme.primary
     elide: Text.ElideRight
     font.pixelSize: Theme.body
+    maximumLineCount: wrapMode === Text.NoWrap ? 1 : 10000 // a stranger's line breaks are none here
     textFormat: Text.PlainText
 
     Accessible.name: text

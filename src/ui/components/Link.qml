@@ -1,30 +1,21 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import Tavelo
 
 // Opens an address in the user's browser.
-T.AbstractButton {
+Pressable {
     id: link
 
     required property var app // an AppState
     required property url destination
     property int pixelSize: Theme.callout
 
-    activeFocusOnTab: true
     implicitHeight: contentItem.implicitHeight
     implicitWidth: contentItem.implicitWidth
 
-    Accessible.name: text
     Accessible.role: Accessible.Link
-    Keys.onEnterPressed: link.clicked()
-    Keys.onReturnPressed: link.clicked()
     onClicked: app.openWebPage(destination)
-
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
-    }
 
     background: Item {
         FocusRing {

@@ -19,6 +19,7 @@ T.MenuItem {
     implicitHeight: 28
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     leftPadding: 8
+    opacity: enabled ? 1 : 0.4
     rightPadding: marked ? 16 : 8
     text: label
     width: ListView.view ? ListView.view.width : implicitWidth

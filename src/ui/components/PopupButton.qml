@@ -5,7 +5,7 @@ import QtQuick.Templates as T
 import Tavelo
 
 // A button that opens a menu. `label` stands in the place of a symbol, `text` is its name.
-T.AbstractButton {
+Pressable {
     id: button
 
     property string symbol: ""
@@ -14,20 +14,12 @@ T.AbstractButton {
     required property T.Menu menu
     readonly property bool menuOpen: menu.visible
 
-    activeFocusOnTab: true
-    focusPolicy: Qt.TabFocus
     implicitHeight: 32
     implicitWidth: Math.max(32, implicitContentWidth + 12)
 
-    Accessible.name: text
     Accessible.role: Accessible.ButtonMenu
-    Keys.onEnterPressed: button.clicked()
-    Keys.onReturnPressed: button.clicked()
     onClicked: button.menuOpen ? button.menu.close() : button.menu.open()
 
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
-    }
     Tip {
         delay: 600
         text: button.text

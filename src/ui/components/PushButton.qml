@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import Tavelo
 
-T.AbstractButton {
+Pressable {
     id: button
 
     property bool borderless: false
@@ -13,20 +12,11 @@ T.AbstractButton {
     property bool small: false
     property bool ringed: visualFocus
 
-    activeFocusOnTab: true
     implicitHeight: small ? 28 : 32
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     leftPadding: small ? 12 : 14
     opacity: enabled ? 1 : 0.4
     rightPadding: leftPadding
-
-    Accessible.name: text
-    Keys.onEnterPressed: button.clicked()
-    Keys.onReturnPressed: button.clicked()
-
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
-    }
 
     background: Rectangle {
         border.color: button.prominent || button.borderless ? "transparent" : Theme.hairline

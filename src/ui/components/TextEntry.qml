@@ -10,6 +10,12 @@ T.TextField {
 
     property string symbol: ""
 
+    function openMenu(at: point) {
+        menu.x = at.x;
+        menu.y = at.y;
+        menu.open();
+    }
+
     activeFocusOnTab: true
     color: Theme.primary
     font.family: Fonts.text
@@ -17,7 +23,9 @@ T.TextField {
     implicitHeight: 32
     implicitWidth: 200
     leftPadding: symbol === "" ? 10 : 32
+    maximumLength: 1 << 20 // a magnet link with many trackers is long
     opacity: enabled ? 1 : 0.4
+    persistentSelection: menu.visible
     placeholderTextColor: Theme.tertiary
     rightPadding: 10
     selectByMouse: true
@@ -27,7 +35,18 @@ T.TextField {
 
     Accessible.name: placeholderText
     Accessible.role: Accessible.EditableText
+    Keys.onMenuPressed: openMenu(Qt.point(cursorRectangle.x, cursorRectangle.bottom))
 
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+
+        onTapped: event => entry.openMenu(event.position)
+    }
+    TextMenu {
+        id: menu
+
+        field: entry
+    }
     HoverHandler {
         cursorShape: Qt.IBeamCursor
     }

@@ -44,9 +44,6 @@ ListPage {
     }
     title: qsTr("Downloads")
 
-    Component.onCompleted: app.cache.refresh()
-    onVisibleChanged: if (visible) app.cache.refresh()
-
     PushButton {
         text: qsTr("Clear Finished")
 

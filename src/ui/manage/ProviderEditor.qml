@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 import QtQuick
+import QtQuick.Templates as T
 import Tavelo
 
 Sheet {
@@ -8,6 +9,7 @@ Sheet {
 
     required property var app // an AppState
 
+    closePolicy: T.Popup.CloseOnEscape // a click beside it would lose what was typed
     padding: Theme.inset
     title: qsTr("Add Provider")
     visible: true

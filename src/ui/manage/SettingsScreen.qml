@@ -13,25 +13,18 @@ ScrollPage {
     property bool adding: false
     readonly property real columnWidth: Math.min(760, width - 2 * Theme.inset)
 
-    function scroll(by: real) {
-        contentY = Math.max(0, Math.min(contentHeight - height, contentY + by));
-    }
-
     focus: true
 
-    Keys.onDownPressed: scroll(60)
-    Keys.onPressed: event => {
-        const page = height - 2 * Theme.inset;
-        const steps = new Map([[Qt.Key_PageDown, page], [Qt.Key_PageUp, -page],
-                               [Qt.Key_End, contentHeight], [Qt.Key_Home, -contentHeight]]);
-        event.accepted = steps.has(event.key);
-        if (event.accepted)
-            scroll(steps.get(event.key));
-    }
-    Keys.onUpPressed: scroll(-60)
+    Keys.forwardTo: [keys]
     Component.onCompleted: app.cache.refresh()
     onVisibleChanged: if (visible) app.cache.refresh()
 
+    ScrollKeys {
+        id: keys
+
+        parent: screen
+        view: screen
+    }
     PageHeader {
         title: qsTr("Settings")
         width: screen.columnWidth

@@ -26,14 +26,14 @@ QtObject {
         repeats: true
         text: qsTr("Skip Back 10s")
 
-        onTriggered: commands.player.seek(commands.player.currentTime - 10)
+        onTriggered: commands.player.seekBy(-10)
     }
     readonly property Command skipForward: Command {
         keys: "Ctrl+Right"
         repeats: true
         text: qsTr("Skip Forward 10s")
 
-        onTriggered: commands.player.seek(commands.player.currentTime + 10)
+        onTriggered: commands.player.seekBy(10)
     }
     readonly property Command volumeUp: Command {
         keys: "Ctrl+Up"
@@ -72,10 +72,7 @@ QtObject {
         keys: "Ctrl+."
         text: qsTr("Stop")
 
-        onTriggered: {
-            commands.app.playback.stopPlayback();
-            commands.app.showPlayer = false;
-        }
+        onTriggered: commands.app.closePlayer()
     }
     readonly property Command menu: Command {
         keys: "F10"

@@ -51,7 +51,7 @@ Rectangle {
             symbol: "gobackward.10"
             text: qsTr("Back 10 seconds")
 
-            onClicked: mini.player.seek(mini.player.currentTime - 10)
+            onClicked: mini.player.seekBy(-10)
         }
         IconButton {
             symbol: mini.player.isPlaying ? "pause.fill" : "play.fill"
@@ -63,7 +63,7 @@ Rectangle {
             symbol: "goforward.10"
             text: qsTr("Forward 10 seconds")
 
-            onClicked: mini.player.seek(mini.player.currentTime + 10)
+            onClicked: mini.player.seekBy(10)
         }
         IconButton {
             symbol: "arrow.up.left.and.arrow.down.right"

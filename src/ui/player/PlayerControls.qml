@@ -54,7 +54,7 @@ Rectangle {
                 iconSize: 22
                 text: qsTr("Back 10 seconds")
 
-                onClicked: controls.player.seek(controls.player.currentTime - 10)
+                onClicked: controls.player.seekBy(-10)
             }
             IconButton {
                 iconSize: 30
@@ -68,7 +68,7 @@ Rectangle {
                 symbol: "goforward.10"
                 text: qsTr("Forward 10 seconds")
 
-                onClicked: controls.player.seek(controls.player.currentTime + 10)
+                onClicked: controls.player.seekBy(10)
             }
             IconButton {
                 Layout.leftMargin: 8

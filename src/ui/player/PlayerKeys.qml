@@ -23,13 +23,13 @@ Item {
         enabled: keys.enabled
         sequence: "Left"
 
-        onActivated: keys.player.seek(keys.player.currentTime - 10)
+        onActivated: keys.player.seekBy(-10)
     }
     Shortcut {
         enabled: keys.enabled
         sequence: "Right"
 
-        onActivated: keys.player.seek(keys.player.currentTime + 10)
+        onActivated: keys.player.seekBy(10)
     }
     Shortcut {
         enabled: keys.enabled

@@ -21,10 +21,6 @@ FocusScope {
         showControls = true;
         rest.restart();
     }
-    function close() {
-        playback.stopPlayback();
-        app.showPlayer = false;
-    }
 
     Accessible.name: playback.nowPlaying?.title ?? ""
     Accessible.role: Accessible.Pane
@@ -82,7 +78,7 @@ FocusScope {
         visible: screen.player.error !== ""
         width: Math.min(420, parent.width - 2 * Theme.inset)
 
-        onClose: screen.close()
+        onClose: screen.app.closePlayer()
         onRetry: screen.player.retry()
     }
     Item {

@@ -12,17 +12,33 @@ Flickable {
     required property var chips // ProviderChips
     required property bool unprovided
 
+    readonly property bool overfull: contentWidth > width
+
+    function scroll(by: real) {
+        contentX = Math.max(0, Math.min(contentWidth - width, contentX + by));
+    }
+
+    activeFocusOnTab: overfull
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     contentWidth: row.width
     flickableDirection: Flickable.HorizontalFlick
-    implicitHeight: 22
+    implicitHeight: Math.max(22, row.implicitHeight)
 
     Accessible.name: qsTr("Providers")
     Accessible.role: Accessible.List
+    Keys.onLeftPressed: scroll(-60)
+    Keys.onRightPressed: scroll(60)
 
     WheelHandler {
+        enabled: strip.overfull
+
         onWheel: event => strip.flick((event.angleDelta.x || event.angleDelta.y) * 8, 0)
+    }
+    FocusRing {
+        around: 0
+        parent: strip
+        shown: strip.activeFocus
     }
     Row {
         id: row

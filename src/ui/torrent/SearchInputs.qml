@@ -16,8 +16,6 @@ FocusScope {
 
     function inspect() {
         const text = magnet.text;
-        if (text === "")
-            return;
         magnet.clear();
         app.inspectMagnet(text);
     }

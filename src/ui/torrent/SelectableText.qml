@@ -4,27 +4,39 @@ import QtQuick
 import Tavelo
 
 // One line to copy from.
-TextInput {
-    activeFocusOnTab: true
-    clip: true
-    color: Theme.secondary
-    font.family: Fonts.fixed
-    font.pixelSize: Theme.caption
-    readOnly: true
-    selectByMouse: true
-    selectedTextColor: Theme.accentInk
-    selectionColor: Theme.accent
+FocusScope {
+    id: line
 
-    Accessible.name: text
-    Accessible.readOnly: true
-    Accessible.role: Accessible.EditableText
+    property alias text: input.text
 
-    HoverHandler {
-        cursorShape: Qt.IBeamCursor
+    implicitHeight: input.implicitHeight
+    implicitWidth: input.implicitWidth
+
+    TextInput {
+        id: input
+
+        Accessible.name: text
+        Accessible.readOnly: true
+        Accessible.role: Accessible.EditableText
+        activeFocusOnTab: true
+        anchors.fill: parent
+        clip: true
+        color: Theme.secondary
+        focus: true
+        font.family: Fonts.fixed
+        font.pixelSize: Theme.caption
+        readOnly: true
+        selectByMouse: true
+        selectedTextColor: Theme.accentInk
+        selectionColor: Theme.accent
+
+        HoverHandler {
+            cursorShape: Qt.IBeamCursor
+        }
     }
     FocusRing {
         around: 4
         radius: 5
-        shown: parent.activeFocus
+        shown: input.activeFocus
     }
 }

@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import Tavelo
 
 // The name of a column by which the table can be sorted: a press does so. Shift with an arrow key
 // makes the column wider or narrower.
-T.AbstractButton {
+Pressable {
     id: cell
 
     required property TorrentResultModel results
@@ -17,26 +16,18 @@ T.AbstractButton {
 
     readonly property bool leading: results.sortKey === sortKey
 
-    activeFocusOnTab: true
-    focusPolicy: Qt.TabFocus
     height: 28
 
     Accessible.description: !leading ? "" : results.descending ? qsTr("Sorted, descending")
                                                                : qsTr("Sorted, ascending")
-    Accessible.name: text
-    Keys.onEnterPressed: cell.clicked()
     Keys.onPressed: event => {
         const step = event.key === Qt.Key_Left ? 8 : event.key === Qt.Key_Right ? -8 : 0;
         event.accepted = step !== 0 && column >= 0 && event.modifiers === Qt.ShiftModifier;
         if (event.accepted)
             columns.resize(column, columns.widths[column] + step);
     }
-    Keys.onReturnPressed: cell.clicked()
     onClicked: results.sortBy(sortKey)
 
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
-    }
     HeaderEdge {
         column: cell.column
         columns: cell.columns

@@ -31,8 +31,6 @@ PickerButton {
             delegate: ChoiceRow {
                 required property string record
 
-                checkable: true
-                checked: chosen
                 chosen: !picker.hidden.includes(record)
                 label: record
 

@@ -33,19 +33,17 @@ Rectangle {
         T.ScrollBar.vertical: ScrollThumb {
         }
 
-        Keys.onPressed: event => {
-            const steps = { [Qt.Key_Up]: -28, [Qt.Key_Down]: 28, [Qt.Key_PageUp]: -height,
-                            [Qt.Key_PageDown]: height, [Qt.Key_Home]: -contentHeight,
-                            [Qt.Key_End]: contentHeight };
-            const step = steps[event.key] ?? 0;
-            event.accepted = step !== 0;
-            const lowest = originY + Math.max(0, contentHeight - height);
-            contentY = Math.max(originY, Math.min(lowest, contentY + step));
-        }
+        Keys.forwardTo: [keys]
 
         delegate: TorrentFileRow {
             width: ListView.view.width
         }
+    }
+    ScrollKeys {
+        id: keys
+
+        line: 28
+        view: list
     }
     FocusRing {
         shown: list.activeFocus

@@ -34,7 +34,6 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         elide: Text.ElideMiddle
         font.pixelSize: Theme.callout
-        maximumLineCount: 1
         text: row.path
     }
     Label {

@@ -60,7 +60,7 @@ FocusScope {
         }
         ResultFilters {
             results: results
-            visible: search.hasResults
+            visible: table.visible
             width: parent.width
         }
     }
@@ -84,6 +84,6 @@ FocusScope {
         anchors.topMargin: above.spacing
         app: screen.app
         results: results
-        visible: search.hasResults
+        visible: search.hasResults && !results.isEmpty // rows come a moment after the answer
     }
 }
