@@ -1,12 +1,10 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "DemoApplication.h"
-#include "search/TorrentSearchProvider.h"
+#include "ManyResults.h"
 #include "ui/TorrentInspectorModel.h"
-#include "ui/TorrentResultModel.h"
 
 #include <QElapsedTimer>
-#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
 
@@ -23,34 +21,9 @@ using namespace tavelo;
 
 namespace {
 
-constexpr int resultCount = 10'000;
 constexpr int fileCount = 50'000;
 constexpr int rounds = 31;
 constexpr double frame = 16.7; // milliseconds
-
-/// Has all its results at once.
-class ReadyProvider : public TorrentSearchProvider
-{
-public:
-    using TorrentSearchProvider::TorrentSearchProvider;
-
-    QCoro::Task<TorrentResults> search(QString, std::stop_token) const override
-    {
-        QList<TorrentResult> results;
-        for (int i = 0; i < resultCount; ++i) {
-            TorrentResult result;
-            result.id = QString::number(i);
-            result.title = QStringLiteral("The.Lantern.Makers.%1.%2.x264")
-                               .arg(i * 7919 % resultCount)
-                               .arg(i % 3 ? QStringLiteral("1080p.mkv") : QStringLiteral("720p"));
-            result.size = i * 104'729LL % 20'000'000'000;
-            result.seeders = i * 31 % 997;
-            result.sources = {QStringLiteral("Provider %1").arg(i % 5)};
-            results.append(result);
-        }
-        co_return results;
-    }
-};
 
 /// Milliseconds from `change` to the end of the frame that shows it; the median and the longest.
 double measure(QQuickWindow &window, const char *what, const std::function<void(int)> &change)
@@ -79,17 +52,6 @@ double measure(QQuickWindow &window, const char *what, const std::function<void(
     std::printf("%-34s %6.2f ms   longest %6.2f ms   of a frame %.2f\n", what, median, times.last(),
                 median / frame);
     return median;
-}
-
-TorrentResultModel *resultsIn(const QQuickItem *item)
-{
-    if (auto *model = item->property("results").value<TorrentResultModel *>())
-        return model;
-    for (const QQuickItem *child : item->childItems()) {
-        if (auto *model = resultsIn(child))
-            return model;
-    }
-    return nullptr;
 }
 
 void measureModel(const char *what, TorrentResultModel &model)
@@ -125,9 +87,7 @@ int main(int argc, char **argv)
     window.resize(1440, 900);
     AppState &state = demo.application().state();
     state.setSectionName(QStringLiteral("Torrent Search"));
-    const auto config = ProviderConfig::create(QStringLiteral("Ready"), ProviderKind::ApiBay, {});
-    state.aggregator()->search(QStringLiteral("lantern"),
-                               {std::make_shared<ReadyProvider>(config)});
+    searchForMany(*state.aggregator());
     TorrentResultModel *model = nullptr;
     const auto isFilled = [&] {
         model = resultsIn(window.contentItem());

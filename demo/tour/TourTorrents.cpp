@@ -29,7 +29,6 @@ void Tour::addIndexers()
 bool Tour::torrentSearch()
 {
     AppState &state = m_demo->application().state();
-    const bool first = state.aggregator()->lastQuery().isEmpty();
     if (!expect(m_ui.click(QStringLiteral("Torrent Search")), "the torrent search"))
         return false;
     const auto providers = state.settings()->providers();
@@ -37,10 +36,8 @@ bool Tour::torrentSearch()
         state.registry()->setEnabled(config.id, false);
     shoot("torrents-no-providers");
     state.settings()->setProviders(providers);
-    if (first) {
-        shoot("torrents-hint");
-        addIndexers();
-    }
+    shoot("torrents-hint");
+    addIndexers();
     m_demo->services().setFaults({.latency = 1500});
     type(QStringLiteral("Search title or keywords across enabled providers…"),
          QStringLiteral("the"));
@@ -72,8 +69,8 @@ bool Tour::torrentResults()
     if (!expect(m_ui.click(QStringLiteral("1080p")), "a resolution to choose"))
         return false;
     m_ui.click(QStringLiteral("Title"));
-    for (int i = 0; i < 9; ++i) // past the filters and the header
-        m_ui.key(Qt::Key_Tab);
+    if (!expect(m_ui.tabTo(QStringLiteral("Results")), "the table"))
+        return false;
     m_ui.key(Qt::Key_Down);
     m_ui.key(Qt::Key_Return);
     shoot("torrents-row-menu");

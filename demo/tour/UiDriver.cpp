@@ -117,6 +117,18 @@ void UiDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) const
     QTest::keyClick(m_window, key, modifiers);
 }
 
+bool UiDriver::tabTo(const QString &name) const
+{
+    constexpr int manyStops = 60;
+    for (int stop = 0; stop < manyStops; ++stop) {
+        key(Qt::Key_Tab);
+        QAccessibleInterface *now = QAccessible::queryAccessibleInterface(m_window->focusObject());
+        if (now && now->text(QAccessible::Name) == name)
+            return true;
+    }
+    return false;
+}
+
 void UiDriver::type(const QString &text) const
 {
     for (const QChar letter : text)

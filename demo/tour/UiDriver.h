@@ -30,6 +30,8 @@ public:
     bool hover(const QString &name) const;
     void move(const QPoint &to) const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+    /// Presses Tab until what bears that name has the keyboard; false when nothing does.
+    bool tabTo(const QString &name) const;
     void type(const QString &text) const;
     /// Resizes the window and waits until it has been drawn at that size.
     void resize(const QSize &size) const;
