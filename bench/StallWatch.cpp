@@ -77,7 +77,7 @@ StallWatch::StallWatch()
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
             const qint64 last = m_sharedTick;
             const double late = double(m_clock.nsecsElapsed() - last) / 1e6;
-            if (late < sampledAt || std::exchange(sampled, last) == last)
+            if (!m_samples || late < sampledAt || std::exchange(sampled, last) == last)
                 continue;
             pthread_kill(main, SIGUSR2);
         }

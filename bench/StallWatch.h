@@ -30,8 +30,13 @@ public:
     ~StallWatch();
     Q_DISABLE_COPY_MOVE(StallWatch)
 
-    /// Names what the program does from now on.
-    void setStep(const QString &step) { m_step = step; }
+    /// Names what the program does from now on. Taking a stack waits for the loader's lock, so none
+    /// is taken while the program loads libraries.
+    void setStep(const QString &step, bool loadsLibraries)
+    {
+        m_step = step;
+        m_samples = !loadsLibraries;
+    }
     /// Those of 4 ms and more, in their order.
     const QList<Stall> &stalls() const { return m_stalls; }
 
@@ -43,6 +48,7 @@ private:
     qint64 m_lastTick = 0;                // nanoseconds
     std::atomic<qint64> m_sharedTick = 0; // the same, for the thread
     QString m_step;
+    std::atomic_bool m_samples = true;
     QList<Stall> m_stalls;
     std::jthread m_thread;
 };

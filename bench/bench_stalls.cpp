@@ -36,6 +36,7 @@ struct Step
     std::function<void()> act;
     std::function<bool()> isOver = [] { return true; };
     int least = 700; // milliseconds
+    bool loadsLibraries = false;
 };
 
 class Walk
@@ -79,7 +80,10 @@ private:
     void planFilm()
     {
         const auto item = [this] { return m_state.popular().at(1); };
-        m_steps.append({QStringLiteral("open an item"), [=, this] { m_state.selectItem(item()); }});
+        m_steps.append({.name = QStringLiteral("open an item"),
+                        .act = [=, this] { m_state.selectItem(item()); },
+                        .least = 2'000,
+                        .loadsLibraries = true});
         m_steps.append(
             {QStringLiteral("play"),
              [=, this] {
@@ -144,7 +148,7 @@ private:
     void next()
     {
         const Step &step = m_steps.at(m_now);
-        m_watch->setStep(step.name);
+        m_watch->setStep(step.name, step.loadsLibraries);
         m_since.start();
         step.act();
     }

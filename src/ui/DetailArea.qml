@@ -39,12 +39,14 @@ FocusScope {
         wanted: area.playing && !area.watching
         width: parent.width
     }
-    // One surface for both places: the engine draws on without a pause.
+    // One surface for both places: the engine draws on without a pause. It stays when the film is
+    // over, for the engine lets go of it slowly while the window waits.
     Lazy {
         app: area.app
         file: "player/FilmFrame.qml"
         height: area.watching ? area.height : 72
-        wanted: area.playing
+        visible: area.playing
+        wanted: area.playing || status === Loader.Ready
         width: area.watching ? area.width : 128
         x: area.watching ? 0 : 10
         y: area.watching ? 0 : mini.y + 10
@@ -54,6 +56,7 @@ FocusScope {
 
         anchors.fill: parent
         app: area.app
+        asynchronous: true // the film starts meanwhile
         file: "player/PlayerScreen.qml"
         focus: area.watching
         wanted: area.watching

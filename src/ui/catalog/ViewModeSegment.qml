@@ -13,10 +13,9 @@ Pressable {
     Accessible.checked: chosen
     Accessible.role: Accessible.RadioButton
 
-    Tip {
-        delay: 600
+    HoverTip {
         text: segment.text
-        visible: segment.hovered && !segment.down
+        wanted: segment.hovered && !segment.down
     }
 
     background: Rectangle {

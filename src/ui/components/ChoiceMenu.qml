@@ -22,6 +22,7 @@ MenuPanel {
 
             chosen: menu !== null && modelData.value === menu.current
             label: modelData.text
+            marked: menu !== null && menu.current !== undefined
 
             onTriggered: menu.chosen(modelData.value)
         }

@@ -8,7 +8,7 @@ MenuRow {
     property bool chosen: false
 
     mark: chosen ? "✓" : ""
-    marked: true
+    marked: true // a column for marks, where one of the menu's rows can have one
     text: (chosen ? "✓ " : "") + label
 
     Accessible.checkable: true

@@ -18,10 +18,9 @@ Pressable {
     implicitWidth: iconSize + 12
     opacity: enabled ? 1 : 0.4
 
-    Tip {
-        delay: 600
+    HoverTip {
         text: button.text
-        visible: button.hovered && !button.down && button.text !== ""
+        wanted: button.hovered && !button.down
     }
 
     background: Rectangle {
@@ -33,9 +32,12 @@ Pressable {
             shown: button.ringed
         }
     }
-    contentItem: ButtonFace {
-        ink: button.color
-        symbol: button.symbol
-        symbolSize: button.iconSize
+    contentItem: Item {
+        Icon {
+            anchors.centerIn: parent
+            color: button.color
+            name: button.symbol
+            size: button.iconSize
+        }
     }
 }

@@ -20,10 +20,9 @@ Pressable {
     Accessible.role: Accessible.ButtonMenu
     onClicked: button.menuOpen ? button.menu.close() : button.menu.open()
 
-    Tip {
-        delay: 600
+    HoverTip {
         text: button.text
-        visible: button.tipped && button.hovered && !button.menuOpen
+        wanted: button.tipped && button.hovered && !button.menuOpen
     }
 
     background: Rectangle {

@@ -34,10 +34,9 @@ FormRow {
         HoverHandler {
             id: hover
         }
-        Tip {
-            delay: 600
+        HoverTip {
             text: row.path
-            visible: hover.hovered && path.truncated
+            wanted: hover.hovered && path.truncated
         }
     }
     PushButton {

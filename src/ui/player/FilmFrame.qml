@@ -11,6 +11,8 @@ PlayerSurface {
 
     player: app.playback.player
 
+    onVisibleChanged: if (visible) update() // not with the picture that was there before
+
     Rectangle {
         anchors.fill: parent
         anchors.margins: -4

@@ -25,7 +25,16 @@ Item {
         size: 16
         x: 8
     }
+    HoverHandler {
+        id: hover
+    }
+    HoverTip {
+        text: row.path
+        wanted: hover.hovered && shown.truncated
+    }
     Label {
+        id: shown
+
         Accessible.ignored: true
         anchors.left: icon.right
         anchors.leftMargin: 8
