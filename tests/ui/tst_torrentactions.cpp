@@ -136,9 +136,9 @@ private Q_SLOTS:
         file.close();
         Program program;
         QVERIFY(showSection(program));
-        auto *dialog = program.item("SearchInputs")->findChild<QObject *>("torrentChooser");
-        QVERIFY(dialog);
         QVERIFY(program.click("Open .torrent…"));
+        auto *dialog = program.item("Chooser")->property("item").value<QObject *>();
+        QVERIFY(dialog);
         QTRY_VERIFY(dialog->property("visible").toBool());
         QVERIFY(QMetaObject::invokeMethod(dialog, "reject"));
         QVERIFY(

@@ -47,15 +47,13 @@ FormRow {
         anchors.verticalCenter: parent.verticalCenter
         text: qsTr("Choose…")
 
-        onClicked: {
-            chooser.currentFolder = Format.fileAddress(row.path);
-            chooser.open();
-        }
+        onClicked: chooser.open({ currentFolder: Format.fileAddress(row.path) })
     }
-    FolderChooser {
+    Chooser {
         id: chooser
 
-        title: row.title
+        dialog: "FolderChooser"
+        options: ({ title: row.title })
 
         onChosen: folder => row.chosen(folder)
     }

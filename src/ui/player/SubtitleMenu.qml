@@ -11,13 +11,6 @@ PopupButton {
 
     required property var subtitles // a SubtitleManager
 
-    function chooseFile() {
-        if (chooser.status === Loader.Null)
-            chooser.setSource("qrc:/qt/qml/Tavelo/components/FileChooser.qml",
-                              { extensions: ["srt", "vtt"] });
-        (chooser.item as FileChooser).open();
-    }
-
     symbol: "captions.bubble"
     text: qsTr("Subtitles")
 
@@ -35,7 +28,7 @@ PopupButton {
         ChoiceRow {
             label: qsTr("Choose File…")
 
-            onTriggered: button.chooseFile()
+            onTriggered: chooser.open({})
         }
         MenuNote {
             ink: Theme.warning
@@ -58,16 +51,12 @@ PopupButton {
         }
     }
 
-    // The dialog's own library is read in when it is first asked for.
-    Loader {
+    Chooser {
         id: chooser
-    }
-    Connections {
-        function onChosen(file) {
-            button.subtitles.addLocal(file);
-        }
 
-        ignoreUnknownSignals: true
-        target: chooser.item
+        dialog: "FileChooser"
+        options: ({ extensions: ["srt", "vtt"] })
+
+        onChosen: file => button.subtitles.addLocal(file)
     }
 }

@@ -68,14 +68,14 @@ FocusScope {
         PushButton {
             text: qsTr("Open .torrent…")
 
-            onClicked: chooser.open()
+            onClicked: chooser.open({})
         }
     }
-    FileChooser {
+    Chooser {
         id: chooser
 
-        extensions: ["torrent"]
-        objectName: "torrentChooser"
+        dialog: "FileChooser"
+        options: ({ extensions: ["torrent"] })
 
         onChosen: file => inputs.app.inspectTorrentFile(file)
     }
