@@ -5,12 +5,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <memory>
 
 namespace tavelo::FolderWalk {
@@ -112,7 +112,10 @@ qint64 freeSpace(const QString &path)
     QString existing = QDir::cleanPath(path);
     while (!existing.isEmpty() && existing != QLatin1String("/") && !QFileInfo::exists(existing))
         existing = QFileInfo(existing).path();
-    return qMax(QStorageInfo(existing).bytesAvailable(), qint64(0));
+    // Not QStorageInfo: it looks for the volume among the mounts, and misses those of a sandbox.
+    std::error_code failed;
+    const auto space = std::filesystem::space(QFile::encodeName(existing).toStdString(), failed);
+    return failed ? 0 : qint64(space.available);
 }
 
 } // namespace tavelo::FolderWalk
