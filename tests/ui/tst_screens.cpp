@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <QTest>
 
+using namespace std::chrono_literals;
 using namespace tavelo;
 
 class tst_Screens : public QObject
@@ -38,7 +39,7 @@ private Q_SLOTS:
     void homeSaysThatItLoads()
     {
         Program program;
-        Program::server().at("/advancedsearch.php").silent = true;
+        Program::server().at("/advancedsearch.php").delay = 300ms;
         QVERIFY(program.show());
         QTRY_VERIFY(program.text("Loading catalog…"));
     }
