@@ -256,7 +256,7 @@ private Q_SLOTS:
         QCOMPARE(currentRow(program), 2'041);
     }
 
-    void columnsAreDragged()
+    void columnsAreResized()
     {
         Program program;
         QVERIFY(showResults(program, reels(3)));
@@ -273,6 +273,10 @@ private Q_SLOTS:
         QTRY_COMPARE(size->width(), 120);
         QCOMPARE(title->width(), wide - 40);
         QVERIFY(!size->property("leading").toBool());
+        QVERIFY(program.tabTo("Quality"));
+        const qreal quality = program.window()->activeFocusItem()->width();
+        program.key(Qt::Key_Left, Qt::ShiftModifier);
+        QTRY_COMPARE(program.window()->activeFocusItem()->width(), quality + 8);
         program.window()->resize(980, 640);
         QTRY_VERIFY(title->width() < wide - 40);
         QVERIFY(title->width() >= 140);

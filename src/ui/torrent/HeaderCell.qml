@@ -10,6 +10,7 @@ HeaderLabel {
     required property ResultColumns columns
     property int column: -1
 
+    activeFocusOnTab: true
     descending: false
     height: 28
     leading: false
@@ -18,8 +19,16 @@ HeaderLabel {
 
     Accessible.name: text
     Accessible.role: Accessible.StaticText
+    Keys.forwardTo: [edge]
 
+    FocusRing {
+        around: 0
+        radius: 5
+        shown: cell.activeFocus
+    }
     HeaderEdge {
+        id: edge
+
         column: cell.column
         columns: cell.columns
     }

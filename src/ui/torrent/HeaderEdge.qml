@@ -3,7 +3,8 @@
 import QtQuick
 import Tavelo
 
-// The line at the left of a column, wide enough to be dragged.
+// The line at the left of a column, wide enough to be dragged. Shift with an arrow key moves it too;
+// the column's name forwards its keys here.
 MouseArea {
     id: edge
 
@@ -25,6 +26,12 @@ MouseArea {
     width: 9
     x: -8
 
+    Keys.onPressed: event => {
+        const step = event.key === Qt.Key_Left ? 8 : event.key === Qt.Key_Right ? -8 : 0;
+        event.accepted = step !== 0 && column >= 0 && event.modifiers === Qt.ShiftModifier;
+        if (event.accepted)
+            columns.resize(column, columns.widths[column] + step);
+    }
     onPositionChanged: event => {
         if (pressed)
             columns.resize(column, widthBefore - (across(event.x) - pressedAt));

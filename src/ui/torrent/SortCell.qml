@@ -3,8 +3,7 @@
 import QtQuick
 import Tavelo
 
-// The name of a column by which the table can be sorted: a press does so. Shift with an arrow key
-// makes the column wider or narrower.
+// The name of a column by which the table can be sorted: a press does so.
 Pressable {
     id: cell
 
@@ -20,15 +19,12 @@ Pressable {
 
     Accessible.description: !leading ? "" : results.descending ? qsTr("Sorted, descending")
                                                                : qsTr("Sorted, ascending")
-    Keys.onPressed: event => {
-        const step = event.key === Qt.Key_Left ? 8 : event.key === Qt.Key_Right ? -8 : 0;
-        event.accepted = step !== 0 && column >= 0 && event.modifiers === Qt.ShiftModifier;
-        if (event.accepted)
-            columns.resize(column, columns.widths[column] + step);
-    }
+    Keys.forwardTo: [edge]
     onClicked: results.sortBy(sortKey)
 
     HeaderEdge {
+        id: edge
+
         column: cell.column
         columns: cell.columns
     }
