@@ -56,7 +56,6 @@ FocusScope {
 
         anchors.fill: parent
         app: area.app
-        asynchronous: true // the film starts meanwhile
         file: "player/PlayerScreen.qml"
         focus: area.watching
         wanted: area.watching

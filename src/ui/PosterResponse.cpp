@@ -67,6 +67,7 @@ QQuickTextureFactory *PosterResponse::textureFactory() const
 
 void PosterResponse::cancel()
 {
+    m_cancelled = true;
     QMetaObject::invokeMethod(
         this,
         [this] {

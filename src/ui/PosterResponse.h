@@ -7,6 +7,7 @@
 #include <QQuickImageResponse>
 #include <QUrl>
 
+#include <atomic>
 #include <stop_token>
 
 namespace tavelo {
@@ -26,10 +27,11 @@ public:
     void start();
     /// Tells the queue when it has ended, also when this is gone by then.
     QCoro::Task<> load();
-    bool isOver() const { return m_over; }
+    /// It has ended, or nobody wants it any more.
+    bool isOver() const { return m_over || m_cancelled; }
 
     QQuickTextureFactory *textureFactory() const override;
-    void cancel() override;
+    void cancel() override; // on any thread
 
 private:
     void end();
@@ -41,6 +43,7 @@ private:
     std::stop_source m_stop;
     bool m_started = false;
     bool m_over = false;
+    std::atomic_bool m_cancelled = false;
 };
 
 } // namespace tavelo

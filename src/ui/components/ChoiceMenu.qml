@@ -11,10 +11,14 @@ MenuPanel {
 
     required property var choices // of { text, value }
     property var current
+    property bool shown: false // once; its rows are made then
 
     signal chosen(var value)
 
+    onAboutToShow: shown = true
+
     Instantiator {
+        active: menu.shown
         model: menu.choices
 
         delegate: ChoiceRow {
