@@ -23,6 +23,7 @@ struct MediaItem
     Q_PROPERTY(QString credits READ credits CONSTANT)
     Q_PROPERTY(QStringList subjects MEMBER subjects CONSTANT)
     Q_PROPERTY(qint64 downloads MEMBER downloads CONSTANT)
+    Q_PROPERTY(QString license READ licenseText CONSTANT)
     Q_PROPERTY(QUrl licenseLink READ licenseLink CONSTANT)
     Q_PROPERTY(QUrl thumbnailURL READ thumbnailURL CONSTANT)
     Q_PROPERTY(QUrl pageURL READ pageURL CONSTANT)
@@ -47,6 +48,7 @@ public:
     QString yearText() const { return year.value_or(QString()); }
     QString summaryText() const { return summary.value_or(QString()); }
     QString creatorText() const { return creator.value_or(QString()); }
+    QString licenseText() const { return licenseURL.value_or(QString()); }
     /// "1948 · Halloran Pictures": of the two what there is.
     QString credits() const;
 

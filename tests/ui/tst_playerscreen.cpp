@@ -74,6 +74,16 @@ private Q_SLOTS:
         QTest::mouseMove(program.window(), {620, 300});
         QTRY_VERIFY(program.control("Full screen"));
         QTRY_VERIFY_WITH_TIMEOUT(!program.control("Full screen"), patience);
+        program.player().seek(0); // the clip is short
+        program.key(Qt::Key_Tab);
+        QTRY_VERIFY(program.control("Full screen"));
+        const QPoint pause = Program::middleOf(program.control("Pause"));
+        for (int step = 0; step < 35; ++step) { // moving above a control, longer than they stay
+            QTest::mouseMove(program.window(), pause + QPoint(step % 2, 0));
+            QTest::qWait(100);
+        }
+        QVERIFY(program.control("Full screen"));
+        QTRY_VERIFY_WITH_TIMEOUT(!program.control("Full screen"), patience);
         program.key(Qt::Key_Space);
         QTRY_VERIFY(program.control("Full screen")); // a film that stands shows them
     }

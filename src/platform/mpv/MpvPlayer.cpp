@@ -120,7 +120,7 @@ void MpvPlayer::resetItem()
     m_stream.reset();
     m_ticker.stop();
     m_entry = -1;
-    m_entryStarted = m_hasItem = m_atEnd = m_tickDue = m_endDirty = false;
+    m_entryStarted = m_hasItem = m_hasPlayed = m_atEnd = m_tickDue = m_endDirty = false;
     m_idle = m_seekable = true;
     m_time = 0;
     m_duration = qQNaN();
@@ -149,11 +149,14 @@ void MpvPlayer::pause()
     publish();
 }
 
-/// libmpv is held until the item is ready and whoever waits for that has asked for its start.
+/// libmpv is held until the item is ready, whoever waits for that has asked for its start, and the
+/// film stands there: libmpv may take its time to carry a seek out, and would play on until then.
 void MpvPlayer::applyPause()
 {
-    if (m_status == ItemStatus::Ready)
-        m_core->set("pause", !m_wantsToPlay);
+    if (m_status != ItemStatus::Ready || (!m_hasPlayed && m_seek.isPending()))
+        return;
+    m_hasPlayed = m_hasPlayed || m_wantsToPlay;
+    m_core->set("pause", !m_wantsToPlay);
 }
 
 void MpvPlayer::setVolume(float volume)
@@ -206,6 +209,8 @@ void MpvPlayer::drain()
             break;
         handle(*event);
     }
+    if (m_wantsToPlay && !m_hasPlayed)
+        applyPause();
     publish();
 }
 

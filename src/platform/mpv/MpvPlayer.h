@@ -86,6 +86,7 @@ private:
     bool m_entryStarted = false;
     bool m_hasItem = false;
     bool m_wantsToPlay = false;
+    bool m_hasPlayed = false; // the item
     bool m_isFile = false;
     float m_defaultRate = 1;
     MpvSeek m_seek;

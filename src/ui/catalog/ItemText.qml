@@ -46,6 +46,7 @@ Column {
     Licence {
         app: text.app
         link: text.item.licenseLink
+        text: text.item.license
         width: parent.width
     }
     Link {

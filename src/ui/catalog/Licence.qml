@@ -7,6 +7,7 @@ Item {
     id: licence
 
     required property var app // an AppState
+    required property string text // as the catalogue has it
     required property url link // empty: none that could be followed
 
     readonly property bool stated: `${link}` !== ""
@@ -34,7 +35,7 @@ Item {
             app: licence.app
             destination: licence.link
             pixelSize: Theme.caption
-            text: `${licence.link}`
+            text: licence.text
             width: Math.min(implicitWidth, parent.width - x)
         }
     }

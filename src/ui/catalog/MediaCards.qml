@@ -15,7 +15,7 @@ GridView {
     readonly property int gap: 18
     readonly property int room: width - 2 * Theme.inset + gap
     readonly property int columns: Math.max(1, Math.floor(room / (150 + gap)))
-    readonly property int rowHeight: 270 + 22
+    readonly property int rowHeight: 274 + 22
     readonly property bool driven: moving || thumb.pressed
 
     boundsBehavior: Flickable.StopAtBounds

@@ -16,7 +16,7 @@ T.AbstractButton {
     readonly property int posterHeight: Math.round(width * 1.4)
 
     focusPolicy: Qt.NoFocus
-    implicitHeight: posterHeight + 6 + 2 * caption.lineHeight + 2 + 18
+    implicitHeight: posterHeight + 6 + 2 * caption.lineHeight + 6 + 18
     text: title
     width: 150
 
@@ -77,7 +77,7 @@ T.AbstractButton {
     Label {
         Accessible.ignored: true
         anchors.top: caption.bottom
-        anchors.topMargin: 2
+        anchors.topMargin: 6
         color: Theme.secondary
         font.pixelSize: Theme.caption
         horizontalAlignment: caption.effectiveHorizontalAlignment

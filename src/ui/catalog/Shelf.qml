@@ -65,7 +65,7 @@ FocusScope {
         cacheBuffer: 332
         delegate: shelf.delegate
         focus: true
-        height: 272
+        height: 276
         highlightMoveDuration: 150
         leftMargin: Theme.inset
         model: adaptor

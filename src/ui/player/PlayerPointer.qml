@@ -9,22 +9,15 @@ Item {
     id: pointer
 
     property bool cursorHidden: false
-    property point lastPosition: Qt.point(-1, -1)
 
-    signal moved()
     signal toggled()
     signal doubleClicked()
 
-    HoverHandler {
+    // Not a HoverHandler, which changes the cursor at the next movement only.
+    MouseArea {
+        acceptedButtons: Qt.NoButton
+        anchors.fill: parent
         cursorShape: pointer.cursorHidden ? Qt.BlankCursor : Qt.ArrowCursor
-
-        // Also told, without a movement, for every frame that changes what lies below.
-        onPointChanged: {
-            if (point.scenePosition === pointer.lastPosition)
-                return;
-            pointer.lastPosition = point.scenePosition;
-            pointer.moved();
-        }
     }
     TapHandler {
         acceptedButtons: Qt.LeftButton

@@ -26,6 +26,15 @@ FocusScope {
     Accessible.role: Accessible.Pane
     focus: true
 
+    // The controls are reached by Tab also when they rest.
+    Keys.onBacktabPressed: event => {
+        poke();
+        event.accepted = false;
+    }
+    Keys.onTabPressed: event => {
+        poke();
+        event.accepted = false;
+    }
     Component.onCompleted: forceActiveFocus()
 
     Timer {
@@ -42,14 +51,25 @@ FocusScope {
         onFullScreenToggled: screen.fullScreenToggled()
         onLeave: screen.app.showPlayer = false
     }
-    PlayerPointer {
-        id: hover
+    // Over the film and its controls alike: what lies above something hides the pointer from it.
+    HoverHandler {
+        property point last: Qt.point(-1, -1) // where the pointer was, in the window
 
+        // Also told, without a movement, for every frame that changes what lies below.
+        onPointChanged: {
+            if (point.scenePosition === last)
+                return;
+            const moved = last.x >= 0; // and not just found where it rests
+            last = point.scenePosition;
+            if (moved)
+                screen.poke();
+        }
+    }
+    PlayerPointer {
         anchors.fill: parent
         cursorHidden: !screen.controlsShown
 
         onDoubleClicked: screen.fullScreenToggled()
-        onMoved: screen.poke()
         onToggled: screen.player.toggle()
     }
     SubtitleOverlay {
@@ -84,7 +104,7 @@ FocusScope {
     Item {
         anchors.fill: parent
         opacity: screen.controlsShown ? 1 : 0
-        visible: opacity > 0
+        visible: screen.controlsShown || opacity > 0
 
         Behavior on opacity {
             NumberAnimation {

@@ -23,6 +23,9 @@ Rectangle {
         }
     }
 
+    TapHandler {
+    } // a click beside the button is none on the film
+
     PushButton {
         id: back
 
