@@ -60,8 +60,9 @@ public:
     using QObject::QObject;
 
     /// Replaces the item. `url` is a file, http or https address; anything else fails the item.
+    /// `startAt` (seconds) is exactly where the first picture comes from, none before it is shown.
     /// The pause state is kept.
-    virtual void load(const QUrl &url) = 0;
+    virtual void load(const QUrl &url, double startAt = 0) = 0;
     /// Removes the item, if any.
     virtual void clear() = 0;
     virtual bool hasItem() const = 0;

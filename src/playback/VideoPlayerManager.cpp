@@ -45,8 +45,6 @@ bool VideoPlayerManager::ensurePlayer()
 void VideoPlayerManager::load(const QUrl &url, double startAt)
 {
     m_currentURL = url;
-    m_pendingStart = startAt;
-    m_audioKnown = false;
     setError({});
     setCurrentTime(startAt);
     setDuration(0);
@@ -54,7 +52,7 @@ void VideoPlayerManager::load(const QUrl &url, double startAt)
     setAudio({}, -1);
     if (!ensurePlayer())
         return setError(tr("The media engine could not be started."));
-    m_player->load(url);
+    m_player->load(url, startAt > 1.0 ? startAt : 0);
     m_player->setDefaultRate(m_rate);
     m_player->play();
 }
@@ -86,20 +84,12 @@ void VideoPlayerManager::itemReady()
 {
     if (const double duration = m_player->duration(); std::isfinite(duration))
         setDuration(duration);
-    const double start = std::exchange(m_pendingStart, 0);
-    const auto atStart = [this](bool) {
-        m_audioKnown = true;
-        readAudio();
-    };
-    if (start > 1.0)
-        m_player->seek(start, atStart);
-    else
-        atStart(true);
+    readAudio();
 }
 
 void VideoPlayerManager::readAudio()
 {
-    if (m_audioKnown && !m_player->audioTracks().isEmpty())
+    if (m_player->itemStatus() == ItemStatus::Ready && !m_player->audioTracks().isEmpty())
         setAudio(m_player->audioTracks(), m_player->selectedAudioTrack());
 }
 
@@ -172,7 +162,6 @@ void VideoPlayerManager::stop()
         m_player->pause();
         m_player->clear();
     }
-    m_audioKnown = false;
     m_currentURL.reset();
     setIsPlaying(false);
     setIsBuffering(false);

@@ -118,8 +118,6 @@ private:
     QList<AudioTrack> m_audioOptions;
     qint64 m_selectedAudio = -1;
     std::optional<QUrl> m_currentURL;
-    double m_pendingStart = 0; // seconds, still to be applied once the item is ready
-    bool m_audioKnown = false; // the item is ready and stands where it starts
     std::function<void()> m_onFinished;
 };
 

@@ -38,6 +38,8 @@ struct Screen
         surface->setSize(large.size());
         surface->setPlayer(manager.get());
         window->show();
+        // A picture of a window that is not on the screen yet is drawn in a context of its own.
+        (void)QTest::qWaitForWindowExposed(window.get());
     }
     ~Screen() { delete surface; }
 
@@ -101,11 +103,8 @@ private Q_SLOTS:
         QList<int> frames;
         const bool plays = QTest::qWaitFor(
             [&] {
-                // Once in a while the software renderer hands out a picture that is half drawn.
-                const int frame = screen.shownFrame();
-                if (frame == screen.shownFrame())
-                    frames.append(frame);
-                return !frames.isEmpty() && frames.last() > 151;
+                frames.append(screen.shownFrame());
+                return frames.last() > 151;
             },
             10'000);
         QVERIFY(plays);

@@ -100,6 +100,11 @@ double number(const mpv_event_property &property)
     return property.format == MPV_FORMAT_DOUBLE ? *static_cast<double *>(property.data) : qQNaN();
 }
 
+QByteArray text(const mpv_event_property &property)
+{
+    return property.format == MPV_FORMAT_STRING ? *static_cast<const char **>(property.data) : "";
+}
+
 QString errorText(int error)
 {
     switch (error) {

@@ -23,9 +23,10 @@ AudioTracks audioTracks(const mpv_node &trackList);
 /// From the property `demuxer-cache-state`; the range being filled comes last.
 QList<TimeRange> loadedRanges(const mpv_node &cacheState);
 
-/// False and NaN while a property has no value.
+/// False, NaN and empty while a property has no value.
 bool flag(const mpv_event_property &property);
 double number(const mpv_event_property &property);
+QByteArray text(const mpv_event_property &property);
 
 /// Why a film did not play, for the user.
 QString errorText(int error);

@@ -18,6 +18,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto tickInterval = 500ms;
+/// How long a film waits for somebody to draw it; then it plays unseen.
+constexpr auto screenLimit = 1s;
 /// A picture that stands still for so long, without a byte from the server, has failed.
 constexpr qint64 starvationLimit = 8000; // milliseconds
 
@@ -37,6 +39,9 @@ MpvPlayer::MpvPlayer(std::shared_ptr<MpvCore> core)
 {
     m_ticker.setInterval(tickInterval);
     connect(&m_ticker, &QTimer::timeout, this, &MpvPlayer::tick);
+    m_screenWait.setSingleShot(true);
+    m_screenWait.setInterval(screenLimit);
+    connect(&m_screenWait, &QTimer::timeout, this, &MpvPlayer::open);
     observe();
     mpv_set_wakeup_callback(
         m_core->handle(),
@@ -70,11 +75,13 @@ void MpvPlayer::observe()
     watch(Seekable, "seekable", MPV_FORMAT_FLAG);
     watch(Cache, "demuxer-cache-state", MPV_FORMAT_NODE);
     watch(Tracks, "track-list", MPV_FORMAT_NODE);
+    watch(VideoChoice, "options/vid", MPV_FORMAT_STRING);
 }
 
-void MpvPlayer::load(const QUrl &url)
+void MpvPlayer::load(const QUrl &url, double startAt)
 {
     resetItem();
+    m_time = m_startAt = startAt;
     m_hasItem = true;
     m_isFile = url.isLocalFile();
     const bool http =
@@ -92,16 +99,36 @@ void MpvPlayer::load(const QUrl &url)
             Qt::QueuedConnection);
         return publish();
     }
-    QByteArray address = url.toLocalFile().toUtf8();
+    m_address = url.toLocalFile().toUtf8();
     if (http) {
         m_stream = HttpStream::open(url);
-        address = StreamProtocol::addressOf(m_stream);
+        m_address = StreamProtocol::addressOf(m_stream);
     }
-    m_core->set("pause", true);
-    m_core->set("cache", QByteArray(http ? "yes" : "auto"));
-    m_core->command(loadKind | m_loadSerial, {"loadfile", address, "replace"});
-    m_ticker.start();
+    if (m_hasScreen)
+        open();
+    else
+        m_screenWait.start();
     publish();
+}
+
+/// Not before there is a screen: without a picture libmpv starts the sound alone, and goes to where
+/// it was told only roughly.
+void MpvPlayer::open()
+{
+    m_screenWait.stop();
+    m_core->set("pause", true);
+    m_core->set("start",
+                m_startAt > 0 ? QByteArray::number(m_startAt, 'f', 6) : QByteArray("none"));
+    m_core->set("cache", QByteArray(m_isFile ? "auto" : "yes"));
+    m_core->command(loadKind | m_loadSerial, {"loadfile", m_address, "replace"});
+    m_ticker.start();
+}
+
+void MpvPlayer::videoChosen(bool wanted)
+{
+    m_hasScreen = wanted;
+    if (wanted && m_screenWait.isActive())
+        open();
 }
 
 void MpvPlayer::clear()
@@ -119,8 +146,9 @@ void MpvPlayer::resetItem()
         m_stream->cancel();
     m_stream.reset();
     m_ticker.stop();
+    m_screenWait.stop();
     m_entry = -1;
-    m_entryStarted = m_hasItem = m_hasPlayed = m_atEnd = m_tickDue = m_endDirty = false;
+    m_entryStarted = m_hasItem = m_atEnd = m_tickDue = m_endDirty = false;
     m_idle = m_seekable = true;
     m_time = 0;
     m_duration = qQNaN();
@@ -149,14 +177,11 @@ void MpvPlayer::pause()
     publish();
 }
 
-/// libmpv is held until the item is ready, whoever waits for that has asked for its start, and the
-/// film stands there: libmpv may take its time to carry a seek out, and would play on until then.
+/// libmpv is held until the item is ready and whoever waits for that has had its say.
 void MpvPlayer::applyPause()
 {
-    if (m_status != ItemStatus::Ready || (!m_hasPlayed && m_seek.isPending()))
-        return;
-    m_hasPlayed = m_hasPlayed || m_wantsToPlay;
-    m_core->set("pause", !m_wantsToPlay);
+    if (m_status == ItemStatus::Ready)
+        m_core->set("pause", !m_wantsToPlay);
 }
 
 void MpvPlayer::setVolume(float volume)
@@ -209,8 +234,6 @@ void MpvPlayer::drain()
             break;
         handle(*event);
     }
-    if (m_wantsToPlay && !m_hasPlayed)
-        applyPause();
     publish();
 }
 
@@ -273,10 +296,13 @@ void MpvPlayer::propertyChanged(Property id, const mpv_event_property &property)
 {
     if (id == Property::CoreIdle)
         m_idle = MpvNodes::flag(property);
+    else if (id == Property::VideoChoice)
+        videoChosen(MpvNodes::text(property) != "no");
     if (!m_entryStarted)
         return; // of an item that is on its way out
     switch (id) {
     case Property::CoreIdle:
+    case Property::VideoChoice:
         break;
     case Property::Time:
         if (const double time = MpvNodes::number(property);

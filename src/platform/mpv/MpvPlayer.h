@@ -31,7 +31,7 @@ public:
     explicit MpvPlayer(std::shared_ptr<MpvCore> core);
     ~MpvPlayer() override;
 
-    void load(const QUrl &url) override;
+    void load(const QUrl &url, double startAt) override;
     void clear() override;
     bool hasItem() const override { return m_hasItem; }
 
@@ -57,9 +57,20 @@ public:
 
 private:
     /// What libmpv is asked to tell of; travels as the number of its answers.
-    enum class Property { Time = 1, Duration, CoreIdle, EndReached, Seekable, Cache, Tracks };
+    enum class Property {
+        Time = 1,
+        Duration,
+        CoreIdle,
+        EndReached,
+        Seekable,
+        Cache,
+        Tracks,
+        VideoChoice
+    };
 
     void observe();
+    void open();
+    void videoChosen(bool wanted);
     void drain();
     void handle(const mpv_event &event);
     void loadReplied(std::uint64_t reply, int error, const mpv_event_command &result);
@@ -80,14 +91,17 @@ private:
     std::shared_ptr<HttpStream> m_stream; // of a network item
     std::atomic_bool m_drainQueued = false;
     QTimer m_ticker;
+    QTimer m_screenWait;
 
     std::uint64_t m_loadSerial = 0;
     qint64 m_entry = -1; // libmpv's id of our item; -1 until it told us
     bool m_entryStarted = false;
     bool m_hasItem = false;
     bool m_wantsToPlay = false;
-    bool m_hasPlayed = false; // the item
     bool m_isFile = false;
+    QByteArray m_address;     // for libmpv, while the item waits to be opened
+    double m_startAt = 0;     // seconds
+    bool m_hasScreen = false; // somebody draws the picture
     float m_defaultRate = 1;
     MpvSeek m_seek;
 

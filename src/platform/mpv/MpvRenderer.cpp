@@ -72,10 +72,10 @@ void MpvRenderer::stop()
     if (!m_context)
         return;
     mpv_render_context_set_update_callback(m_context, nullptr, nullptr);
+    // A film must not look for a picture while there is nowhere to draw it.
+    m_drawnCore->set("vid", QByteArray("no"));
     mpv_render_context_free(m_context);
     m_context = nullptr;
-    // The next film must not look for a picture before there is somewhere to draw it.
-    m_drawnCore->set("vid", QByteArray("no"));
     m_drawnCore.reset();
 }
 
