@@ -94,8 +94,9 @@ void AppState::download(const ArchiveFile &file, const MediaItem &item)
 
 void AppState::inspectMagnet(const QString &text)
 {
+    const int number = ++m_openings;
     if (const auto torrent = TorrentMetadata::parseMagnet(text))
-        setInspector(*torrent);
+        setOpened(number, *torrent);
     else
         setNotice(QStringLiteral("That doesn't look like a valid magnet link."));
 }
@@ -134,10 +135,24 @@ void AppState::inspectTorrentFile(const QUrl &file)
 QCoro::Task<> AppState::inspectFileFlow(QString path)
 {
     const QPointer<AppState> self(this);
+    const int number = ++m_openings;
     const auto parsing = runOnPool([path] { return readAndParse(path); });
     const auto torrent = co_await parsing;
-    if (self)
+    if (!self)
+        co_return;
+    if (torrent)
+        setOpened(number, *torrent);
+    else
         setInspected(torrent);
+}
+
+/// Of what is opened at about the same time, the last one stays, however long a file takes.
+void AppState::setOpened(int number, const TorrentInfo &torrent)
+{
+    if (number < m_shownOpening)
+        return;
+    m_shownOpening = number;
+    setInspector(torrent);
 }
 
 void AppState::setInspected(const Result<TorrentInfo> &torrent)

@@ -189,6 +189,7 @@ private:
     void setInspected(const Result<TorrentInfo> &torrent);
     void setDiscoverLoading(bool loading);
     void setInspector(const TorrentInfo &torrent);
+    void setOpened(int number, const TorrentInfo &torrent);
     void setHomeLoading(bool loading);
     void setHomeError(std::optional<QString> text);
     void setSearching(bool searching);
@@ -213,6 +214,8 @@ private:
     bool m_discoverLoading = false;
     std::optional<Collection> m_collection;
     std::optional<TorrentInfo> m_inspector;
+    int m_openings = 0;     // magnets and files opened so far
+    int m_shownOpening = 0; // the last of them that was shown
     CacheManager m_cache;
     DownloadManager m_downloads;
     ProviderRegistry m_registry;

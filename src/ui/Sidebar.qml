@@ -52,6 +52,11 @@ Rectangle {
 
         Keys.onDownPressed: if (currentIndex < count - 1)
             sidebar.choose(model[currentIndex + 1])
+        Keys.onEnterPressed: sidebar.choose(sidebar.app.section)
+        Keys.onReturnPressed: sidebar.choose(sidebar.app.section)
+        // The player's volume is not meant by whoever is among the sections.
+        Keys.onShortcutOverride: event =>
+            event.accepted = event.key === Qt.Key_Down || event.key === Qt.Key_Up
         Keys.onUpPressed: if (currentIndex > 0)
             sidebar.choose(model[currentIndex - 1])
 

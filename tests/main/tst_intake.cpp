@@ -13,6 +13,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 #include <QWindow>
 
 #include <csignal>
@@ -173,6 +174,19 @@ private Q_SLOTS:
         }
     }
 
+    void theLastOfSeveralStays()
+    {
+        AppState state([] { return nullptr; }, std::make_unique<FakeWorkspace>(m_handed));
+        const QString folder = m_folder.filePath("torrents");
+        for (const QString &address :
+             Intake::addresses({"small.torrent", magnet, "text.torrent"}, folder))
+            Intake::open(state, address);
+        QTRY_VERIFY(state.notice());
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+        QCOMPARE(state.inspector()->name, "Linked film");
+    }
+
     void missingFile()
     {
         AppState state([] { return nullptr; }, std::make_unique<FakeWorkspace>(m_handed));
@@ -183,7 +197,7 @@ private Q_SLOTS:
 
     void launchOpensItsArguments()
     {
-        QProcess &first = start({"small.torrent", magnet});
+        QProcess &first = start({magnet, "small.torrent"});
         QVERIFY(says(first, "inspector Small film"));
         QVERIFY(says(first, "inspector Linked film"));
     }

@@ -163,6 +163,22 @@ private Q_SLOTS:
         QVERIFY(!program.text("Inspecting files…"));
     }
 
+    void aThousandFiles()
+    {
+        QStringList names;
+        for (int i = 0; i < 1000; ++i)
+            names.append(QString("reel%1.mp4").arg(i, 3, 10, QLatin1Char('0')));
+        Program program;
+        Program::serveFiles("film0", names);
+        QVERIFY(program.show());
+        QVERIFY(program.click("Film 0"));
+        QTRY_VERIFY(program.control("Play"));
+        QVERIFY2(program.countControls("Play") < 40, "rows that nobody sees");
+        program.keys({Qt::Key_End, Qt::Key_Home, Qt::Key_Down, Qt::Key_Down, Qt::Key_Return});
+        QTRY_VERIFY(program.state().playback()->nowPlaying());
+        QCOMPARE(program.player().currentURL()->fileName(), names[1]);
+    }
+
     void filesThatDoNotCome()
     {
         Program program;
@@ -214,12 +230,18 @@ private Q_SLOTS:
         QVERIFY(!program.state().showPlayer());
         QTRY_VERIFY(program.control("Close player"));
         QVERIFY(program.player().isPlaying());
-        program.item("Sidebar")->childItems().first()->forceActiveFocus();
-        program.key(Qt::Key_Down);
-        QCOMPARE(program.state().sectionName(), "Downloads");
-        program.key(Qt::Key_Up);
-        program.key(Qt::Key_Up);
-        QCOMPARE(program.state().sectionName(), "Torrent Search");
+        for (const auto &[key, section] : {std::pair{Qt::Key_Down, "Downloads"},
+                                           {Qt::Key_Return, "Downloads"},
+                                           {Qt::Key_Up, "Library"},
+                                           {Qt::Key_Up, "Torrent Search"}}) {
+            program.state().setShowPlayer(true); // whose own keys up and down are
+            QTRY_VERIFY(program.item("PlayerScreen"));
+            program.item("Sidebar")->childItems().first()->forceActiveFocus();
+            program.key(key);
+            QCOMPARE(program.state().sectionName(), section);
+            QVERIFY(!program.state().showPlayer());
+            QCOMPARE(program.player().volume(), 1.0F);
+        }
 
         QVERIFY(program.click("Close player"));
         QTRY_VERIFY(!program.item("MiniPlayer"));
@@ -252,6 +274,10 @@ private Q_SLOTS:
         QVERIFY2(qAbs(sidebar->width() - width) <= 12,
                  qPrintable(QString::number(sidebar->width())));
         QVERIFY(sidebar->width() >= 170 && sidebar->width() <= 240);
+
+        program.item("SidebarDivider")->forceActiveFocus();
+        program.keys(QList<Qt::Key>(by > 0 ? 9 : 3, by > 0 ? Qt::Key_Right : Qt::Key_Left));
+        QCOMPARE(sidebar->width(), by > 0 ? 240 : 170);
     }
 
     void textOfStrangersStaysText()

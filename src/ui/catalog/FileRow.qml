@@ -3,48 +3,57 @@
 import QtQuick
 import Tavelo
 
-Item {
+// One of the rows of ItemFiles: a heading or a file.
+ListRow {
     id: row
 
-    required property var file // an ArchiveFile
-    property bool canDownload: false
-    property bool canPlay: false
-    property bool ruled: false // a line above it
+    required property var record
 
-    signal download()
-    signal play()
+    readonly property bool isHeading: !!record.heading
+    readonly property string name: record.file?.name ?? ""
 
-    implicitHeight: 56
+    signal download(var file)
+    signal play(var file)
 
-    Rectangle {
-        color: Theme.hairline
-        height: 1
-        visible: row.ruled
-        width: parent.width - 2 * x
-        x: 16
+    bare: isHeading
+    buttons: record.canPlay ? [playButton, saveButton] : record.canDownload ? [saveButton] : []
+    implicitHeight: isHeading ? 32 : 56
+
+    Accessible.name: isHeading ? record.heading : name
+
+    Label {
+        Accessible.ignored: true
+        anchors.verticalCenter: parent.verticalCenter
+        font.pixelSize: Theme.headline
+        font.weight: Font.DemiBold
+        heading: true
+        text: row.record.heading ?? ""
+        visible: row.isHeading
+        width: parent.width
     }
     Column {
         anchors.left: parent.left
         anchors.leftMargin: 16
-        anchors.right: buttons.left
+        anchors.right: controls.left
         anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
         spacing: 3
+        visible: !row.isHeading
 
         Label {
             elide: Text.ElideMiddle
-            text: row.file.name
+            text: row.name
             width: parent.width
         }
         Label {
             color: Theme.secondary
             font.pixelSize: Theme.caption
-            text: row.file.format + " · " + row.file.sizeText
+            text: row.isHeading ? "" : row.record.file.format + " · " + row.record.file.sizeText
             width: parent.width
         }
     }
     Row {
-        id: buttons
+        id: controls
 
         anchors.right: parent.right
         anchors.rightMargin: 12
@@ -52,21 +61,31 @@ Item {
         spacing: Theme.grid
 
         PushButton {
-            Accessible.description: row.file.name
+            id: playButton
+
+            Accessible.description: row.name
+            activeFocusOnTab: false
+            focusPolicy: Qt.NoFocus
             prominent: true
+            ringed: row.ringed === playButton
             symbol: "play.fill"
             text: qsTr("Play")
-            visible: row.canPlay
+            visible: row.record.canPlay ?? false
 
-            onClicked: row.play()
+            onClicked: row.play(row.record.file)
         }
         IconButton {
-            Accessible.description: row.file.name
+            id: saveButton
+
+            Accessible.description: row.name
+            activeFocusOnTab: false
+            focusPolicy: Qt.NoFocus
+            ringed: row.ringed === saveButton
             symbol: "arrow.down.circle"
             text: qsTr("Save to Downloads")
-            visible: row.canDownload
+            visible: row.record.canDownload ?? false
 
-            onClicked: row.download()
+            onClicked: row.download(row.record.file)
         }
     }
 }

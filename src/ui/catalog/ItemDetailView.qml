@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+pragma ComponentBehavior: Bound
+
 import QtQuick
-import QtQuick.Templates as T
 import Tavelo
 
-// The sheet's content: one catalogue item with its files.
-FocusScope {
+// The sheet's content: one catalogue item with its files. Return plays the first of them.
+RowPage {
     id: view
 
     required property var app // an AppState
@@ -13,83 +14,88 @@ FocusScope {
 
     signal dismissed()
 
+    function play(file: var) {
+        app.play(file, item, answer.details.subtitles);
+    }
+    function playFirst() {
+        if (files.rows[1]?.canPlay)
+            play(files.rows[1].file);
+    }
+
+    margin: 12
+    model: files.rows
+    title: qsTr("Files")
+
+    Keys.onEnterPressed: view.playFirst()
+    Keys.onReturnPressed: view.playFirst()
+
     ItemDetailModel {
-        id: model
+        id: answer
 
         item: view.item
     }
-    ScrollKeys {
-        id: keys
+    ItemFiles {
+        id: files
 
-        view: flick
+        details: answer.details
     }
-    Flickable {
-        id: flick
 
-        anchors.fill: parent
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        contentHeight: column.height
-        flickableDirection: Flickable.VerticalFlick
-        focus: true
+    delegate: FileRow {
+        required property var modelData
 
-        T.ScrollBar.vertical: ScrollThumb {
-        }
+        column: view.column
+        record: modelData
 
-        Keys.onEnterPressed: files.playFirst()
-        Keys.onReturnPressed: files.playFirst()
-        Keys.forwardTo: [keys]
-
-        Column {
-            id: column
-
-            bottomPadding: Theme.inset
-            spacing: Theme.grid
-            topPadding: 12
-            width: flick.width
-
-            IconButton {
-                anchors.right: parent.right
-                anchors.rightMargin: 12
-                color: Theme.secondary
-                iconSize: Theme.title2
-                round: true
-                symbol: "xmark.circle.fill"
-                text: qsTr("Close")
-
-                onClicked: view.dismissed()
-            }
-            Row {
-                spacing: Theme.inset
-                width: parent.width - 2 * Theme.inset
-                x: Theme.inset
-
-                Poster {
-                    height: 280
-                    radius: 10
-                    symbols: false
-                    url: view.item.thumbnailURL
-                    width: 200
-                }
-                ItemText {
-                    app: view.app
-                    item: view.item
-                    width: parent.width - x
-                }
-            }
-            ItemFiles {
-                id: files
-
-                details: model.details
-                error: model.error
-                topPadding: Theme.grid
-                width: parent.width - 2 * Theme.inset
-                x: Theme.inset
-
-                onDownload: file => view.app.download(file, view.item)
-                onInspect: url => view.app.inspectTorrentURL(url)
-                onPlay: file => view.app.play(file, view.item, model.details.subtitles)
-            }
-        }
+        onDownload: file => view.app.download(file, view.item)
+        onPlay: file => view.play(file)
     }
+    head: [
+        IconButton {
+            anchors.right: parent.right
+            anchors.rightMargin: 12 - Theme.inset
+            color: Theme.secondary
+            iconSize: Theme.title2
+            round: true
+            symbol: "xmark.circle.fill"
+            text: qsTr("Close")
+
+            onClicked: view.dismissed()
+        },
+        Row {
+            spacing: Theme.inset
+            width: parent.width
+
+            Poster {
+                height: 280
+                radius: 10
+                symbols: false
+                url: view.item.thumbnailURL
+                width: 200
+            }
+            ItemText {
+                app: view.app
+                item: view.item
+                width: parent.width - x
+            }
+        },
+        ItemStatus {
+            error: answer.error
+            files: files
+            width: parent.width
+        }
+    ]
+    outro: [
+        IconLabel {
+            symbol: "captions.bubble"
+            text: files.subtitleCount + qsTr(" subtitle file(s) will be available in the player.")
+            visible: files.subtitleCount > 0
+            width: parent.width
+        },
+        PushButton {
+            text: qsTr("Inspect Orvella .torrent")
+            visible: files.torrent !== ""
+
+            onClicked: view.app.inspectTorrentURL(files.torrent)
+        }
+    ]
 }

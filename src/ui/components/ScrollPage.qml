@@ -11,15 +11,6 @@ Flickable {
     property alias spacing: column.spacing
     default property alias blocks: column.data
 
-    function reveal(item: Item) {
-        const top = item.mapToItem(column, 0, 0).y;
-        if (top < contentY)
-            contentY = Math.max(0, top - Theme.inset);
-        else if (top + item.height > contentY + height)
-            contentY = Math.max(0, Math.min(contentHeight, top + item.height + Theme.inset)
-                                   - height);
-    }
-
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     contentHeight: column.height
@@ -38,15 +29,8 @@ Flickable {
         topPadding: Theme.inset
         width: page.width
     }
-    Connections {
-        function onActiveFocusItemChanged() {
-            const item = page.Window.activeFocusItem;
-            for (let above = item; above; above = above.parent) {
-                if (above === column)
-                    return page.reveal(item);
-            }
-        }
-
-        target: page.Window.window
+    FocusReveal {
+        blocks: [column]
+        view: page
     }
 }

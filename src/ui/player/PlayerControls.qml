@@ -83,6 +83,8 @@ Rectangle {
                 id: volume
 
                 Accessible.name: qsTr("Volume")
+                Accessible.onDecreaseAction: controls.player.adjustVolume(-0.1)
+                Accessible.onIncreaseAction: controls.player.adjustVolume(0.1)
                 Layout.preferredWidth: 90
                 value: controls.player.volume
 

@@ -26,11 +26,13 @@ RowLayout {
         objectName: "position"
 
         Accessible.name: qsTr("Position")
+        Accessible.onDecreaseAction: scrubber.player.seekBy(-10)
+        Accessible.onIncreaseAction: scrubber.player.seekBy(10)
         Layout.fillWidth: true
         enabled: scrubber.player.duration > 0
         to: Math.max(scrubber.player.duration, 1)
         trackColor: Qt.rgba(1, 1, 1, 0.15)
-        value: scrubber.shownTime
+        value: Math.min(scrubber.shownTime, to) // again once the length is known
 
         onMoved: scrubber.scrub = value
         onPressedChanged: {
