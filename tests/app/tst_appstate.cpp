@@ -7,6 +7,7 @@
 #include "platform/StandardFolders.h"
 #include "testlib/FakeWorkspace.h"
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -226,26 +227,18 @@ private Q_SLOTS:
 
     void inspectsRemoteTorrents_data()
     {
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QString>("copy");
-        QTest::addColumn<QString>("notice"); // empty: it is shown
+        // notice: empty: it is shown
+        const auto row =
+            columns<QByteArray, QByteArray, QString, QString>("path", "body", "copy", "notice");
         const QByteArray torrent = "d4:infod6:lengthi5e4:name3:fooee";
         const QString failed = "Couldn't read torrent: ";
-        QTest::newRow("plain") << QByteArray("/abc/abc_archive.torrent") << torrent
-                               << "abc_archive.torrent"
-                               << "";
-        QTest::newRow("another extension") << QByteArray("/x/y.z.php") << torrent << "y.z.torrent"
-                                           << "";
-        QTest::newRow("out of the folder")
-            << QByteArray("/x/..%2F..%2F..%2Fup.torrent") << torrent << ".._.._.._up.torrent"
-            << "";
-        QTest::newRow("no name") << QByteArray("/") << torrent << "_.torrent"
-                                 << "";
-        QTest::newRow("no torrent") << QByteArray("/page") << QByteArray("<html>") << "page.torrent"
-                                    << failed + "Not a valid .torrent file";
-        QTest::newRow("not there")
-            << QByteArray("/nowhere") << QByteArray() << "" << failed + "HTTP 404";
+        row("plain", "/abc/abc_archive.torrent", torrent, "abc_archive.torrent", "");
+        row("another extension", "/x/y.z.php", torrent, "y.z.torrent", "");
+        row("out of the folder", "/x/..%2F..%2F..%2Fup.torrent", torrent, ".._.._.._up.torrent",
+            "");
+        row("no name", "/", torrent, "_.torrent", "");
+        row("no torrent", "/page", "<html>", "page.torrent", failed + "Not a valid .torrent file");
+        row("not there", "/nowhere", QByteArray(), "", failed + "HTTP 404");
     }
     void inspectsRemoteTorrents()
     {
@@ -283,26 +276,15 @@ private Q_SLOTS:
 
     void handsOverToOtherApplications_data()
     {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<QString>("handed");
-        QTest::addColumn<QString>("notice");
+        const auto row = columns<QString, QString, QString>("address", "handed", "notice");
         const QString none = "No app on this Mac is registered to open %1. "
                              "Install a BitTorrent client to use it.";
-        QTest::newRow("magnet") << "magnet:?dn=a%2Db"
-                                << "open magnet:?dn=a%2Db"
-                                << "";
-        QTest::newRow("file") << "file:///a.torrent"
-                              << "open file:///a.torrent"
-                              << "";
-        QTest::newRow("cannot be started") << "magnet:broken"
-                                           << ""
-                                           << "Cannot be started";
-        QTest::newRow("no application") << "magnet:none"
-                                        << "" << none.arg("magnet links");
-        QTest::newRow("capitals") << "MAGNET:none"
-                                  << "" << none.arg(".torrent files");
-        QTest::newRow("no scheme") << "none"
-                                   << "" << none.arg(".torrent files");
+        row("magnet", "magnet:?dn=a%2Db", "open magnet:?dn=a%2Db", "");
+        row("file", "file:///a.torrent", "open file:///a.torrent", "");
+        row("cannot be started", "magnet:broken", "", "Cannot be started");
+        row("no application", "magnet:none", "", none.arg("magnet links"));
+        row("capitals", "MAGNET:none", "", none.arg(".torrent files"));
+        row("no scheme", "none", "", none.arg(".torrent files"));
     }
     void handsOverToOtherApplications()
     {
@@ -325,18 +307,15 @@ private Q_SLOTS:
 
     void suggestions_data()
     {
-        QTest::addColumn<QStringList>("subjects");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("counted without regard to case and blanks")
-            << QStringList{"Sci-Fi", "Horror", "horror ", "\tHORROR"}
-            << QStringList{"horror", "sci-fi"};
-        QTest::newRow("3 to 23 characters")
-            << QStringList{"ab", "abc", QString(23, 'x'), QString(24, 'y')}
-            << QStringList{"abc", QString(23, 'x')};
-        QTest::newRow("line breaks are not trimmed") << QStringList{"ab\n"} << QStringList{"ab\n"};
-        QTest::newRow("at most ten, the first seen first")
-            << QString("aaa bbb ccc ddd eee fff ggg hhh iii jjj kkk kkk").split(' ')
-            << QString("kkk aaa bbb ccc ddd eee fff ggg hhh iii").split(' ');
+        const auto row = columns<QStringList, QStringList>("subjects", "expected");
+        row("counted without regard to case and blanks",
+            {"Sci-Fi", "Horror", "horror ", "\tHORROR"}, {"horror", "sci-fi"});
+        row("3 to 23 characters", {"ab", "abc", QString(23, 'x'), QString(24, 'y')},
+            {"abc", QString(23, 'x')});
+        row("line breaks are not trimmed", {"ab\n"}, {"ab\n"});
+        row("at most ten, the first seen first",
+            QString("aaa bbb ccc ddd eee fff ggg hhh iii jjj kkk kkk").split(' '),
+            QString("kkk aaa bbb ccc ddd eee fff ggg hhh iii").split(' '));
     }
 
     void suggestions()

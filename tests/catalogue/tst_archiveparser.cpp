@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "catalogue/ArchiveParser.h"
+#include "testlib/Table.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -45,24 +46,21 @@ class TestArchiveParser : public QObject
 private Q_SLOTS:
     void first_data()
     {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<Text>("text");
-        const auto row = [](const char *json, Text text) {
-            QTest::newRow(json) << QByteArray(json) << std::move(text);
-        };
-        row(R"("")", "");
-        row(R"([["x","y"],"z"])", "x");
-        row("1234", "1234");
-        row("-9223372036854775808", "-9223372036854775808");
-        row("9007199254740993", "9007199254740993");
-        row("2.5", "2.5");
-        row("0.1", "0.1");
-        row("true", "1");
-        row("[false]", "0");
-        row("null", {});
-        row("{}", {});
-        row("[]", {});
-        row("[null,1]", {});
+        const auto row = columns<QByteArray, Text>("json", "text");
+        const auto reads = [&](const char *json, const Text &text) { row(json, json, text); };
+        reads(R"("")", "");
+        reads(R"([["x","y"],"z"])", "x");
+        reads("1234", "1234");
+        reads("-9223372036854775808", "-9223372036854775808");
+        reads("9007199254740993", "9007199254740993");
+        reads("2.5", "2.5");
+        reads("0.1", "0.1");
+        reads("true", "1");
+        reads("[false]", "0");
+        reads("null", {});
+        reads("{}", {});
+        reads("[]", {});
+        reads("[null,1]", {});
     }
     void first()
     {
@@ -74,13 +72,13 @@ private Q_SLOTS:
 
     void searchWithoutUsablePage_data()
     {
-        QTest::addColumn<QByteArray>("body");
+        const auto row = columns<QByteArray>("body");
         for (const char *body :
              {"", "<html>busy</html>", "null", "[]", "{}", R"({"response":[]})",
               R"({"response":{"docs":{}}})", R"({"response":{"docs":[{"identifier":"a"},1]}})",
               R"({"response":{"docs":[{"identifier":"a"}]})", "{\"response\":\"\xff\"}"})
-            QTest::newRow(body) << QByteArray(body);
-        QTest::newRow("deeply nested") << page(QByteArray(1'000'000, '['));
+            row(body, QByteArray(body));
+        row("deeply nested", page(QByteArray(1'000'000, '[')));
     }
     void searchWithoutUsablePage()
     {
@@ -111,22 +109,19 @@ private Q_SLOTS:
 
     void downloads_data()
     {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<qint64>("downloads");
-        const auto row = [](const char *json, qint64 downloads) {
-            QTest::newRow(json) << QByteArray(json) << downloads;
-        };
-        row("1234", 1234);
-        row(R"(["-7"])", -7);
-        row(R"("9223372036854775807")", 9223372036854775807);
-        row(R"("9223372036854775808")", 0);
-        row("2.5", 0);
-        row(R"("")", 0);
-        row(R"("+")", 0);
-        row(R"(" 1")", 0);
-        row(R"("1,000")", 0);
-        row(R"("0x10")", 0);
-        row(R"("٣")", 0);
+        const auto row = columns<QByteArray, qint64>("json", "downloads");
+        const auto reads = [&](const char *json, qint64 downloads) { row(json, json, downloads); };
+        reads("1234", 1234);
+        reads(R"(["-7"])", -7);
+        reads(R"("9223372036854775807")", 9223372036854775807);
+        reads(R"("9223372036854775808")", 0);
+        reads("2.5", 0);
+        reads(R"("")", 0);
+        reads(R"("+")", 0);
+        reads(R"(" 1")", 0);
+        reads(R"("1,000")", 0);
+        reads(R"("0x10")", 0);
+        reads(R"("٣")", 0);
     }
     void downloads()
     {
@@ -136,10 +131,10 @@ private Q_SLOTS:
 
     void detailsWithoutMetadata_data()
     {
-        QTest::addColumn<QByteArray>("body");
+        const auto row = columns<QByteArray>("body");
         for (const char *body : {"", "<html>", "[]", "{}", R"({"metadata":[]})",
                                  R"({"metadata":{},"files":[)", R"({"error":"no such item"})"})
-            QTest::newRow(body) << QByteArray(body);
+            row(body, QByteArray(body));
     }
     void detailsWithoutMetadata()
     {
@@ -164,12 +159,11 @@ private Q_SLOTS:
 
     void restricted_data()
     {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<bool>("restricted");
-        QTest::newRow("text") << QByteArray(R"("true")") << true;
-        QTest::newRow("list") << QByteArray(R"(["true"])") << true;
-        QTest::newRow("boolean") << QByteArray("true") << false;
-        QTest::newRow("upper case") << QByteArray(R"("TRUE")") << false;
+        const auto row = columns<QByteArray, bool>("json", "restricted");
+        row("text", R"("true")", true);
+        row("list", R"(["true"])", true);
+        row("boolean", "true", false);
+        row("upper case", R"("TRUE")", false);
     }
     void restricted()
     {
@@ -179,17 +173,14 @@ private Q_SLOTS:
 
     void fileAddress_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("path");
-        const auto row = [](const char *name, const char *path) {
-            QTest::newRow(name) << QString(name) << QByteArray(path);
-        };
-        row("Dir/My Film #1.mp4", "Dir/My%20Film%20%231.mp4");
-        row("//a///b/", "a/b");
-        row("100%/50%2F50?.mp4", "100%25/50%252F50%3F.mp4");
-        row("a+b&c=d@e:f!.mp4", "a+b&c=d@e:f!.mp4");
-        row("[x] {y} |z|.mp4", "%5Bx%5D%20%7By%7D%20%7Cz%7C.mp4");
-        row("Café 日本.mp4", "Caf%C3%A9%20%E6%97%A5%E6%9C%AC.mp4");
+        const auto row = columns<QString, QByteArray>("name", "path");
+        const auto becomes = [&](const char *name, const char *path) { row(name, name, path); };
+        becomes("Dir/My Film #1.mp4", "Dir/My%20Film%20%231.mp4");
+        becomes("//a///b/", "a/b");
+        becomes("100%/50%2F50?.mp4", "100%25/50%252F50%3F.mp4");
+        becomes("a+b&c=d@e:f!.mp4", "a+b&c=d@e:f!.mp4");
+        becomes("[x] {y} |z|.mp4", "%5Bx%5D%20%7By%7D%20%7Cz%7C.mp4");
+        becomes("Café 日本.mp4", "Caf%C3%A9%20%E6%97%A5%E6%9C%AC.mp4");
     }
     void fileAddress()
     {

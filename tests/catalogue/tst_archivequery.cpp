@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/ArchiveQuery.h"
 #include "catalogue/MediaItem.h"
+#include "testlib/Table.h"
 
 #include <QTest>
 
@@ -24,20 +25,17 @@ class TestArchiveQuery : public QObject
 private Q_SLOTS:
     void sanitize_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("words");
-        QTest::newRow("order, case and doubles stay") << "b A  b" << QStringList{"b", "A", "b"};
-        QTest::newRow("query syntax")
-            << "a:(b) -c*\"d\"\\~e" << QStringList{"a", "b", "c", "d", "e"};
-        QTest::newRow("only punctuation") << "!!!" << QStringList{};
-        QTest::newRow("accents") << "Amélie" << QStringList{"Amélie"};
-        QTest::newRow("decomposed accents") << "Ame\u0301lie" << QStringList{"Ame\u0301lie"};
-        QTest::newRow("mark without a letter") << "a \u0301b" << QStringList{"a", "b"};
-        QTest::newRow("vowel signs") << "हिन्दी" << QStringList{"हिन्दी"};
-        QTest::newRow("numbers of any kind") << "Ⅳ ½ ٣" << QStringList{"Ⅳ", "½", "٣"};
-        QTest::newRow("letters past 16 bits") << "𝔐ad𐐀😀x" << QStringList{"𝔐ad𐐀", "x"};
-        QTest::newRow("lone surrogate")
-            << QString("a") + QChar(0xd800) + "b" << QStringList{"a", "b"};
+        const auto row = columns<QString, QStringList>("text", "words");
+        row("order, case and doubles stay", "b A  b", {"b", "A", "b"});
+        row("query syntax", "a:(b) -c*\"d\"\\~e", {"a", "b", "c", "d", "e"});
+        row("only punctuation", "!!!", {});
+        row("accents", "Amélie", {"Amélie"});
+        row("decomposed accents", "Ame\u0301lie", {"Ame\u0301lie"});
+        row("mark without a letter", "a \u0301b", {"a", "b"});
+        row("vowel signs", "हिन्दी", {"हिन्दी"});
+        row("numbers of any kind", "Ⅳ ½ ٣", {"Ⅳ", "½", "٣"});
+        row("letters past 16 bits", "𝔐ad𐐀😀x", {"𝔐ad𐐀", "x"});
+        row("lone surrogate", QString("a") + QChar(0xd800) + "b", {"a", "b"});
     }
     void sanitize()
     {
@@ -47,19 +45,16 @@ private Q_SLOTS:
 
     void buildQuery_data()
     {
-        QTest::addColumn<Text>("text");
-        QTest::addColumn<Text>("extra");
-        QTest::addColumn<QString>("query");
+        const auto row = columns<Text, Text, QString>("text", "extra", "query");
         const QString fixed = "mediatype:(movies) AND -access-restricted-item:true";
-        QTest::newRow("nothing") << Text() << Text() << fixed;
-        QTest::newRow("no words, empty extra") << Text("!!!") << Text("") << fixed;
-        QTest::newRow("text") << Text("Night of!") << Text()
-                              << "(title:(Night AND of) OR description:(Night AND of) OR "
-                                 "subject:(Night AND of)) AND " +
-                                     fixed;
-        QTest::newRow("both") << Text("%1") << Text("collection:(x)")
-                              << "(title:(1) OR description:(1) OR subject:(1)) AND " + fixed +
-                                     " AND collection:(x)";
+        row("nothing", Text(), Text(), fixed);
+        row("no words, empty extra", Text("!!!"), Text(""), fixed);
+        row("text", Text("Night of!"), Text(),
+            "(title:(Night AND of) OR description:(Night AND of) OR "
+            "subject:(Night AND of)) AND " +
+                fixed);
+        row("both", Text("%1"), Text("collection:(x)"),
+            "(title:(1) OR description:(1) OR subject:(1)) AND " + fixed + " AND collection:(x)");
     }
     void buildQuery()
     {
@@ -92,13 +87,12 @@ private Q_SLOTS:
 
     void itemAddresses_data()
     {
-        QTest::addColumn<QString>("id");
-        QTest::addColumn<QByteArray>("encoded");
-        QTest::newRow("plain") << "abc_D-1.2~" << QByteArray("abc_D-1.2~");
-        QTest::newRow("space") << "a b" << QByteArray("a%20b");
-        QTest::newRow("delimiters") << "a/b?c#d%e" << QByteArray("a/b%3Fc%23d%25e");
-        QTest::newRow("encoded already") << "a%2Fb" << QByteArray("a%252Fb");
-        QTest::newRow("accent") << "é" << QByteArray("%C3%A9");
+        const auto row = columns<QString, QByteArray>("id", "encoded");
+        row("plain", "abc_D-1.2~", "abc_D-1.2~");
+        row("space", "a b", "a%20b");
+        row("delimiters", "a/b?c#d%e", "a/b%3Fc%23d%25e");
+        row("encoded already", "a%2Fb", "a%252Fb");
+        row("accent", "é", "%C3%A9");
     }
     void itemAddresses()
     {
@@ -122,15 +116,14 @@ private Q_SLOTS:
 
     void licenseLink_data()
     {
-        QTest::addColumn<Text>("text");
-        QTest::addColumn<bool>("shown");
-        QTest::newRow("absent") << Text() << false;
-        QTest::newRow("web address") << Text("http://creativecommons.org/x/") << true;
-        QTest::newRow("words") << Text("Public Domain") << false;
-        QTest::newRow("without a scheme") << Text("creativecommons.org/x") << false;
-        QTest::newRow("without a host") << Text("https:///x") << false;
-        QTest::newRow("another scheme") << Text("file://host/etc/passwd") << false;
-        QTest::newRow("words after it") << Text("https://a.org/x or not") << false;
+        const auto row = columns<Text, bool>("text", "shown");
+        row("absent", Text(), false);
+        row("web address", Text("http://creativecommons.org/x/"), true);
+        row("words", Text("Public Domain"), false);
+        row("without a scheme", Text("creativecommons.org/x"), false);
+        row("without a host", Text("https:///x"), false);
+        row("another scheme", Text("file://host/etc/passwd"), false);
+        row("words after it", Text("https://a.org/x or not"), false);
     }
     void licenseLink()
     {

@@ -4,6 +4,7 @@
 #include "platform/HttpClient.h"
 #include "testlib/Awaited.h"
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 
 #include <QTemporaryFile>
 #include <QTest>
@@ -48,8 +49,7 @@ private Q_SLOTS:
 
     void status_data()
     {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<bool>("good");
+        columns<int, bool>("status", "good");
         for (const int status : {200, 206, 299})
             QTest::addRow("%d", status) << status << true;
         for (const int status : {300, 304, 404, 500, 503, 599})
@@ -116,11 +116,10 @@ private Q_SLOTS:
 
     void connectionEndsInTheMiddle_data()
     {
-        QTest::addColumn<bool>("reset");
-        QTest::addColumn<qint64>("bytes");
-        QTest::newRow("end before the body") << false << qint64(0);
-        QTest::newRow("end in the body") << false << qint64(70'000);
-        QTest::newRow("reset in the body") << true << qint64(70'000);
+        const auto row = columns<bool, qint64>("reset", "bytes");
+        row("end before the body", false, qint64(0));
+        row("end in the body", false, qint64(70'000));
+        row("reset in the body", true, qint64(70'000));
     }
     void connectionEndsInTheMiddle()
     {
@@ -134,12 +133,12 @@ private Q_SLOTS:
 
     void timeout_data()
     {
-        QTest::addColumn<FaultServer::Answer>("answer");
+        const auto row = columns<FaultServer::Answer>("answer");
         const QByteArray body(100'000, 'x');
-        QTest::newRow("no answer") << FaultServer::Answer{.silent = true};
-        QTest::newRow("no end") << FaultServer::Answer{.body = body, .silentAfter = 50'000};
+        row("no answer", FaultServer::Answer{.silent = true});
+        row("no end", FaultServer::Answer{.body = body, .silentAfter = 50'000});
         // Bytes that come in time do not put the end off.
-        QTest::newRow("too slow") << FaultServer::Answer{.body = body, .bytesPerSecond = 10'000};
+        row("too slow", FaultServer::Answer{.body = body, .bytesPerSecond = 10'000});
     }
     void timeout()
     {
@@ -168,9 +167,9 @@ private Q_SLOTS:
 
     void stopEndsTheRequest_data()
     {
-        QTest::addColumn<bool>("fromAnotherThread");
-        QTest::newRow("here") << false;
-        QTest::newRow("another thread") << true;
+        const auto row = columns<bool>("fromAnotherThread");
+        row("here", false);
+        row("another thread", true);
     }
     void stopEndsTheRequest()
     {

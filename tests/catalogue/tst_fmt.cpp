@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "catalogue/Fmt.h"
+#include "testlib/Table.h"
 
 #include <QTest>
 
@@ -17,17 +18,16 @@ class TestFmt : public QObject
 private Q_SLOTS:
     void time_data()
     {
-        QTest::addColumn<double>("seconds");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("zero") << 0.0 << "0:00";
-        QTest::newRow("below zero") << -0.5 << "0:00";
-        QTest::newRow("not a number") << std::nan("") << "0:00";
-        QTest::newRow("infinite") << std::numeric_limits<double>::infinity() << "0:00";
-        QTest::newRow("truncated") << 59.9 << "0:59";
-        QTest::newRow("last without hours") << 3599.999 << "59:59";
-        QTest::newRow("first with hours") << 3600.0 << "1:00:00";
-        QTest::newRow("more than a day") << 90061.0 << "25:01:01";
-        QTest::newRow("past 64 bits") << 1e300 << "2562047788015215:30:07";
+        const auto row = columns<double, QString>("seconds", "text");
+        row("zero", 0.0, "0:00");
+        row("below zero", -0.5, "0:00");
+        row("not a number", std::nan(""), "0:00");
+        row("infinite", std::numeric_limits<double>::infinity(), "0:00");
+        row("truncated", 59.9, "0:59");
+        row("last without hours", 3599.999, "59:59");
+        row("first with hours", 3600.0, "1:00:00");
+        row("more than a day", 90061.0, "25:01:01");
+        row("past 64 bits", 1e300, "2562047788015215:30:07");
     }
     void time()
     {
@@ -37,11 +37,7 @@ private Q_SLOTS:
 
     void stripHTML_data()
     {
-        QTest::addColumn<Text>("html");
-        QTest::addColumn<Text>("text");
-        const auto row = [](const char *name, Text html, Text text) {
-            QTest::newRow(name) << std::move(html) << std::move(text);
-        };
+        const auto row = columns<Text, Text>("html", "text");
         row("absent", {}, {});
         row("blank", "   ", {});
         row("only tags", "<p></p>", {});
@@ -66,9 +62,9 @@ private Q_SLOTS:
     // Each of these takes minutes where the time grows by the square of the length.
     void stripHTMLOfHostileText_data()
     {
-        QTest::addColumn<QString>("piece");
+        const auto row = columns<QString>("piece");
         for (const char *piece : {"<", "<br", "<br ", "<>", "&amp;"})
-            QTest::newRow(piece) << piece;
+            row(piece, piece);
     }
     void stripHTMLOfHostileText()
     {
@@ -80,17 +76,16 @@ private Q_SLOTS:
 
     void byteCount_data()
     {
-        QTest::addColumn<std::optional<qint64>>("bytes");
-        QTest::addColumn<QString>("text");
-        const auto row = [](std::optional<qint64> bytes, const char *text) {
-            QTest::newRow(text) << bytes << text;
+        const auto row = columns<std::optional<qint64>, QString>("bytes", "text");
+        const auto reads = [&](std::optional<qint64> bytes, const char *text) {
+            row(text, bytes, text);
         };
-        row({}, "—");
-        row(0, "0 bytes");
-        row(999, "999 bytes");
-        row(1000, "1.0 kB");
-        row(1'234'000'000, "1.2 GB");
-        QTest::newRow("negative") << std::optional<qint64>(-1) << "—";
+        reads({}, "—");
+        reads(0, "0 bytes");
+        reads(999, "999 bytes");
+        reads(1000, "1.0 kB");
+        reads(1'234'000'000, "1.2 GB");
+        row("negative", -1, "—");
     }
     void byteCount()
     {

@@ -5,6 +5,7 @@
 #include "platform/ServiceHosts.h"
 #include "testlib/Awaited.h"
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 
 #include <QTest>
 
@@ -84,13 +85,13 @@ private Q_SLOTS:
 
     void unreadableAnswer_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("a web page") << QByteArray("<!DOCTYPE html><html>Busy</html>");
-        QTest::newRow("cut off") << pageOf(3).chopped(5);
-        QTest::newRow("cut off, large") << pageOf(10'000).chopped(5);
-        QTest::newRow("other types") << QByteArray(R"({"response":1,"metadata":"x","files":{}})");
-        QTest::newRow("deeply nested") << QByteArray(1'000, '[') + QByteArray(1'000, ']');
+        const auto row = columns<QByteArray>("body");
+        row("empty", QByteArray());
+        row("a web page", "<!DOCTYPE html><html>Busy</html>");
+        row("cut off", pageOf(3).chopped(5));
+        row("cut off, large", pageOf(10'000).chopped(5));
+        row("other types", R"({"response":1,"metadata":"x","files":{}})");
+        row("deeply nested", QByteArray(1'000, '[') + QByteArray(1'000, ']'));
     }
     void unreadableAnswer()
     {

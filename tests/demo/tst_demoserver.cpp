@@ -6,6 +6,7 @@
 #include "platform/HttpClient.h"
 #include "platform/ServiceHosts.h"
 #include "testlib/Awaited.h"
+#include "testlib/Table.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -105,15 +106,14 @@ private Q_SLOTS:
 
     void queries_data()
     {
-        QTest::addColumn<QString>("query");
-        QTest::addColumn<bool>("found");
-        QTest::newRow("word") << "subject:(crime)" << true;
-        QTest::newRow("part of a word") << "subject:(crim)" << false;
-        QTest::newRow("any clause") << "(title:(crime) OR subject:(crime))" << true;
-        QTest::newRow("words of two fields") << "title:(neon AND crime)" << false;
-        QTest::newRow("other collection") << "title:(neon) AND collection:(prelinger)" << false;
-        QTest::newRow("other media") << "title:(neon) AND mediatype:(audio)" << false;
-        QTest::newRow("restricted") << "title:(members) AND -access-restricted-item:true" << false;
+        const auto row = columns<QString, bool>("query", "found");
+        row("word", "subject:(crime)", true);
+        row("part of a word", "subject:(crim)", false);
+        row("any clause", "(title:(crime) OR subject:(crime))", true);
+        row("words of two fields", "title:(neon AND crime)", false);
+        row("other collection", "title:(neon) AND collection:(prelinger)", false);
+        row("other media", "title:(neon) AND mediatype:(audio)", false);
+        row("restricted", "title:(members) AND -access-restricted-item:true", false);
     }
 
     void queries()
@@ -164,19 +164,17 @@ private Q_SLOTS:
 
     void ranges_data()
     {
-        QTest::addColumn<QByteArray>("range");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
-        QTest::newRow("inside") << QByteArray("bytes=3-6") << 206 << QByteArray("3456");
-        QTest::newRow("open") << QByteArray("bytes=99997-") << 206 << QByteArray("789");
-        QTest::newRow("last") << QByteArray("bytes=-2") << 206 << QByteArray("89");
-        QTest::newRow("past the end") << QByteArray("bytes=99999-200000") << 206 << QByteArray("9");
-        QTest::newRow("behind the end") << QByteArray("bytes=100000-") << 416 << QByteArray();
-        QTest::newRow("nothing") << QByteArray("bytes=-0") << 416 << QByteArray();
+        const auto row = columns<QByteArray, int, QByteArray>("range", "status", "body");
+        row("inside", "bytes=3-6", 206, "3456");
+        row("open", "bytes=99997-", 206, "789");
+        row("last", "bytes=-2", 206, "89");
+        row("past the end", "bytes=99999-200000", 206, "9");
+        row("behind the end", "bytes=100000-", 416, QByteArray());
+        row("nothing", "bytes=-0", 416, QByteArray());
         const QByteArray whole = QByteArray("0123456789").repeated(10'000);
-        QTest::newRow("no numbers") << QByteArray("bytes=-") << 200 << whole;
-        QTest::newRow("backwards") << QByteArray("bytes=6-3") << 200 << whole;
-        QTest::newRow("several") << QByteArray("bytes=0-1,5-6") << 200 << whole;
+        row("no numbers", "bytes=-", 200, whole);
+        row("backwards", "bytes=6-3", 200, whole);
+        row("several", "bytes=0-1,5-6", 200, whole);
     }
 
     void ranges()
@@ -228,10 +226,9 @@ private Q_SLOTS:
 
     void slowAnswers_data()
     {
-        QTest::addColumn<int>("latency");
-        QTest::addColumn<qint64>("bytesPerSecond");
-        QTest::newRow("latency") << 400 << qint64(0);
-        QTest::newRow("rate") << 0 << qint64(250'000);
+        const auto row = columns<int, qint64>("latency", "bytesPerSecond");
+        row("latency", 400, qint64(0));
+        row("rate", 0, qint64(250'000));
     }
 
     void slowAnswers()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "DemoServer.h"
+#include "testlib/Table.h"
 
 #include <QCryptographicHash>
 #include <QElapsedTimer>
@@ -80,17 +81,14 @@ private Q_SLOTS:
 
     void queries_data()
     {
-        QTest::addColumn<QString>("query");
-        QTest::addColumn<QString>("title");
+        const auto row = columns<QString, QString>("query", "title");
         const QString rook = "Rook & Daughter 1946 1080p BluRay x264";
-        QTest::newRow("case, order") << "x264+DAUGHTER+rook" << rook;
-        QTest::newRow("ampersand, spaces") << "%20rook%20%20%26" << rook;
-        QTest::newRow("plus") << "%2B"
-                              << "Colony Seven + Bonus Reel: \"The Word\" <interviews>";
-        QTest::newRow("percent") << "100%25+%c3%89T"
-                                 << "Harbour at Low Tide 1962 (100% uncut #1) été";
-        QTest::newRow("right to left") << "%D8%A7%D9%84%D9%85%D9%86%D8%A7%D8%B1%D8%A9"
-                                       << "المنارة (1955) 1080p نسخة مرممة";
+        row("case, order", "x264+DAUGHTER+rook", rook);
+        row("ampersand, spaces", "%20rook%20%20%26", rook);
+        row("plus", "%2B", "Colony Seven + Bonus Reel: \"The Word\" <interviews>");
+        row("percent", "100%25+%c3%89T", "Harbour at Low Tide 1962 (100% uncut #1) été");
+        row("right to left", "%D8%A7%D9%84%D9%85%D9%86%D8%A7%D8%B1%D8%A9",
+            "المنارة (1955) 1080p نسخة مرممة");
     }
 
     void queries()
@@ -147,16 +145,13 @@ private Q_SLOTS:
 
     void refusals_data()
     {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("text");
+        const auto row = columns<QString, int, QByteArray>("address", "status", "text");
         const QByteArray key = "<error code=\"100\" description=\"Invalid API Key\"/>";
-        QTest::newRow("key") << "/torznab/reel/api?t=search&q=a&apikey=demo" << 200 << key;
-        QTest::newRow("function") << "/torznab/reel/api?t=tell&apikey=demo-key" << 200
-                                  << QByteArray("<error code=\"202\"");
-        QTest::newRow("broken") << "/torznab/broken/api?t=search" << 503 << QByteArray();
-        QTest::newRow("indexer") << "/torznab/none/api?t=search" << 404 << QByteArray();
-        QTest::newRow("hash") << "/torrents/00.torrent" << 404 << QByteArray();
+        row("key", "/torznab/reel/api?t=search&q=a&apikey=demo", 200, key);
+        row("function", "/torznab/reel/api?t=tell&apikey=demo-key", 200, "<error code=\"202\"");
+        row("broken", "/torznab/broken/api?t=search", 503, QByteArray());
+        row("indexer", "/torznab/none/api?t=search", 404, QByteArray());
+        row("hash", "/torrents/00.torrent", 404, QByteArray());
     }
 
     void refusals()

@@ -8,6 +8,7 @@
 #include "platform/StandardFolders.h"
 #include "testlib/Awaited.h"
 #include "testlib/FakeWorkspace.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -132,11 +133,11 @@ private Q_SLOTS:
 
     void serviceThatFailsMidFilm_data()
     {
-        QTest::addColumn<int>("status"); // 0: silent
-        QTest::addColumn<int>("seconds");
-        QTest::newRow("refused when opened again") << 403 << 0;
-        QTest::newRow("cannot answer") << 503 << 0;
-        QTest::newRow("gone for 20 seconds") << 0 << 20;
+        // status: 0: silent
+        const auto row = columns<int, int>("status", "seconds");
+        row("refused when opened again", 403, 0);
+        row("cannot answer", 503, 0);
+        row("gone for 20 seconds", 0, 20);
     }
     void serviceThatFailsMidFilm()
     {

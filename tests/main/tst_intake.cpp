@@ -6,6 +6,7 @@
 #include "platform/StandardFolders.h"
 #include "testlib/FakeWorkspace.h"
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -119,39 +120,28 @@ private Q_SLOTS:
 
     void opens_data()
     {
-        QTest::addColumn<QString>("argument");
-        QTest::addColumn<QString>("inspected");
-        QTest::addColumn<QString>("notice");
+        const auto row = columns<QString, QString, QString>("argument", "inspected", "notice");
         const QString none;
         const QString folder = m_folder.filePath("torrents/");
         const auto fileURL = [&](const char *name) {
             return QUrl::fromLocalFile(folder + name).toString(QUrl::FullyEncoded);
         };
-        QTest::newRow("magnet link") << magnet << "Linked film" << none;
-        QTest::newRow("bad magnet link")
-            << "magnet:?dn=x" << none << "That doesn't look like a valid magnet link.";
-        QTest::newRow("capital scheme") << "MAGNET" + magnet.mid(6) << none << none;
-        QTest::newRow("relative path") << "small.torrent"
-                                       << "Small film" << none;
-        QTest::newRow("path from above") << "../torrents/small.torrent"
-                                         << "Small film" << none;
-        QTest::newRow("absolute path") << folder + "small.torrent"
-                                       << "Small film" << none;
-        QTest::newRow("file URL") << fileURL("small.torrent") << "Small film" << none;
-        QTest::newRow("capital extension") << "CAPITAL.TORRENT"
-                                           << "Capital film" << none;
-        QTest::newRow("characters of URLs") << "odd: 100% #1?.torrent"
-                                            << "Odd film" << none;
-        QTest::newRow("the same as a URL")
-            << fileURL("odd: 100% #1?.torrent") << "Odd film" << none;
-        QTest::newRow("far file") << m_server.base() + "/far.torrent?key=1"
-                                  << "Far film" << none;
-        QTest::newRow("no torrent")
-            << "text.torrent" << none << "Couldn't read torrent: Not a valid .torrent file";
-        QTest::newRow("other file") << "film.mp4" << none << none;
-        QTest::newRow("other page") << m_server.base() + "/torrent" << none << none;
-        QTest::newRow("option") << "--help" << none << none;
-        QTest::newRow("nothing") << "" << none << none;
+        row("magnet link", magnet, "Linked film", none);
+        row("bad magnet link", "magnet:?dn=x", none, "That doesn't look like a valid magnet link.");
+        row("capital scheme", "MAGNET" + magnet.mid(6), none, none);
+        row("relative path", "small.torrent", "Small film", none);
+        row("path from above", "../torrents/small.torrent", "Small film", none);
+        row("absolute path", folder + "small.torrent", "Small film", none);
+        row("file URL", fileURL("small.torrent"), "Small film", none);
+        row("capital extension", "CAPITAL.TORRENT", "Capital film", none);
+        row("characters of URLs", "odd: 100% #1?.torrent", "Odd film", none);
+        row("the same as a URL", fileURL("odd: 100% #1?.torrent"), "Odd film", none);
+        row("far file", m_server.base() + "/far.torrent?key=1", "Far film", none);
+        row("no torrent", "text.torrent", none, "Couldn't read torrent: Not a valid .torrent file");
+        row("other file", "film.mp4", none, none);
+        row("other page", m_server.base() + "/torrent", none, none);
+        row("option", "--help", none, none);
+        row("nothing", "", none, none);
     }
 
     void opens()
@@ -266,10 +256,10 @@ private Q_SLOTS:
 
     void strangeCallers_data()
     {
-        QTest::addColumn<QByteArray>("message");
-        QTest::newRow("no JSON") << QByteArray("hello\n");
-        QTest::newRow("no list") << QByteArray("{\"addresses\":1}\n");
-        QTest::newRow("too long") << QByteArray(2 * 1024 * 1024, 'x');
+        const auto row = columns<QByteArray>("message");
+        row("no JSON", "hello\n");
+        row("no list", "{\"addresses\":1}\n");
+        row("too long", QByteArray(2 * 1024 * 1024, 'x'));
     }
 
     void strangeCallers()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "platform/HttpBody.h"
+#include "testlib/Table.h"
 
 #include <QTest>
 
@@ -49,13 +50,7 @@ class tst_HttpBody : public QObject
 private Q_SLOTS:
     void bodies_data()
     {
-        QTest::addColumn<QByteArray>("fields");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QByteArray>("body");
-        const auto row = [](const char *name, const QByteArray &fields, const char *bytes,
-                            const char *body) {
-            QTest::newRow(name) << fields << QByteArray(bytes) << QByteArray(body);
-        };
+        const auto row = columns<QByteArray, QByteArray, QByteArray>("fields", "bytes", "body");
         row("length", "Content-Length: 5\r\n", "hello", "hello");
         row("length twice", "Content-Length: 5\r\ncontent-length: 5\r\n", "hello", "hello");
         row("one chunk", chunked, "5\r\nhello\r\n0\r\n\r\n", "hello");
@@ -84,13 +79,13 @@ private Q_SLOTS:
 
     void malformedChunks_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
+        const auto row = columns<QByteArray>("bytes");
         for (const char *bytes :
              {"zz\r\n", "\r\n", "-1\r\n", "0x5\r\n", "5\nhello", "5\r\nhello!\r\n", "5\r\nhello\n",
               "1000000000000000\r\n", "5\r\nhello\r\n\r\n"})
             QTest::addRow("%s", QByteArray(bytes).toPercentEncoding().constData())
                 << QByteArray(bytes);
-        QTest::newRow("endless line") << QByteArray(10'000, '0');
+        row("endless line", QByteArray(10'000, '0'));
     }
 
     void malformedChunks()
@@ -102,7 +97,7 @@ private Q_SLOTS:
 
     void refusedHeads_data()
     {
-        QTest::addColumn<QByteArray>("fields");
+        columns<QByteArray>("fields");
         for (const char *fields :
              {"Content-Length: 5\r\nTransfer-Encoding: chunked\r\n", "Transfer-Encoding: gzip\r\n",
               "Content-Length: 5, 6\r\n", "Content-Length: -5\r\n", "Content-Length: 5 bytes\r\n",
@@ -120,16 +115,16 @@ private Q_SLOTS:
 
     void heads_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("status"); // 0: refused
-        QTest::newRow("no reason") << QByteArray("HTTP/1.0 206\r\n\r\n") << 206;
-        QTest::newRow("reason") << QByteArray("HTTP/1.1 404 Not \xfc here\r\n\r\n") << 404;
-        QTest::newRow("another protocol") << QByteArray("ICY 200 OK\r\n\r\n") << 0;
-        QTest::newRow("no status") << QByteArray("HTTP/1.1 OK yes\r\n\r\n") << 0;
-        QTest::newRow("long status") << QByteArray("HTTP/1.1 2000 OK\r\n\r\n") << 0;
-        QTest::newRow("no colon") << QByteArray("HTTP/1.1 200 OK\r\nETag\r\n\r\n") << 0;
-        QTest::newRow("control") << QByteArray("HTTP/1.1 200 OK\r\nETag: \"a\rb\"\r\n\r\n") << 0;
-        QTest::newRow("space in a name") << QByteArray("HTTP/1.1 200 OK\r\nETag : 1\r\n\r\n") << 0;
+        // status: 0: refused
+        const auto row = columns<QByteArray, int>("text", "status");
+        row("no reason", "HTTP/1.0 206\r\n\r\n", 206);
+        row("reason", "HTTP/1.1 404 Not \xfc here\r\n\r\n", 404);
+        row("another protocol", "ICY 200 OK\r\n\r\n", 0);
+        row("no status", "HTTP/1.1 OK yes\r\n\r\n", 0);
+        row("long status", "HTTP/1.1 2000 OK\r\n\r\n", 0);
+        row("no colon", "HTTP/1.1 200 OK\r\nETag\r\n\r\n", 0);
+        row("control", "HTTP/1.1 200 OK\r\nETag: \"a\rb\"\r\n\r\n", 0);
+        row("space in a name", "HTTP/1.1 200 OK\r\nETag : 1\r\n\r\n", 0);
     }
 
     void heads()

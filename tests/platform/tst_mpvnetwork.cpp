@@ -3,6 +3,7 @@
 #include "platform/MediaEngine.h"
 #include "testlib/FaultServer.h"
 #include "testlib/PlayerProbe.h"
+#include "testlib/Table.h"
 
 #include <QFile>
 #include <QTest>
@@ -69,14 +70,11 @@ private Q_SLOTS:
 
     void plays_data()
     {
-        QTest::addColumn<bool>("ranges");
-        QTest::addColumn<bool>("redirect");
-        QTest::addColumn<QByteArray>("film");
-        QTest::newRow("plainly") << true << false << QByteArray("counted.mp4");
-        QTest::newRow("from a server without ranges")
-            << false << false << QByteArray("counted.mp4");
-        QTest::newRow("over a redirect") << true << true << QByteArray("counted.mp4");
-        QTest::newRow("with the index at the end") << true << false << QByteArray("short.mp4");
+        const auto row = columns<bool, bool, QByteArray>("ranges", "redirect", "film");
+        row("plainly", true, false, "counted.mp4");
+        row("from a server without ranges", false, false, "counted.mp4");
+        row("over a redirect", true, true, "counted.mp4");
+        row("with the index at the end", true, false, "short.mp4");
     }
 
     void plays()
@@ -101,15 +99,13 @@ private Q_SLOTS:
 
     void failsAtOnce_data()
     {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("404") << 404 << QByteArray("x") << "HTTP 404";
-        QTest::newRow("503") << 503 << QByteArray("x") << "HTTP 503";
-        QTest::newRow("a page instead of a film") << 200 << QByteArray("<html>Sign in</html>")
-                                                  << "This file is not a film that can be played.";
-        QTest::newRow("half an index") << 200 << clip("counted.mp4").first(2000)
-                                       << "This file is not a film that can be played.";
+        const auto row = columns<int, QByteArray, QString>("status", "body", "text");
+        row("404", 404, "x", "HTTP 404");
+        row("503", 503, "x", "HTTP 503");
+        row("a page instead of a film", 200, "<html>Sign in</html>",
+            "This file is not a film that can be played.");
+        row("half an index", 200, clip("counted.mp4").first(2000),
+            "This file is not a film that can be played.");
     }
 
     void failsAtOnce()
@@ -175,16 +171,11 @@ private Q_SLOTS:
 
     void neverTheEndOfTheFilm_data()
     {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("server gone") << "gone"
-                                     << "The server stopped answering.";
-        QTest::newRow("server silent") << "silent"
-                                       << "The server stopped answering.";
-        QTest::newRow("no longer allowed") << "403"
-                                           << "HTTP 403";
-        QTest::newRow("another film") << "changed"
-                                      << "The film was changed on the server.";
+        const auto row = columns<QString, QString>("fault", "text");
+        row("server gone", "gone", "The server stopped answering.");
+        row("server silent", "silent", "The server stopped answering.");
+        row("no longer allowed", "403", "HTTP 403");
+        row("another film", "changed", "The film was changed on the server.");
     }
 
     void neverTheEndOfTheFilm()

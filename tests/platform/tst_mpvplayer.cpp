@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/MediaEngine.h"
 #include "testlib/PlayerProbe.h"
+#include "testlib/Table.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -114,27 +115,22 @@ private Q_SLOTS:
 
     void refuses_data()
     {
-        QTest::addColumn<QUrl>("url");
-        QTest::addColumn<QByteArray>("content");
+        const auto row = columns<QUrl, QByteArray>("url", "content");
         const auto file = [](const char *name) { return QUrl::fromLocalFile(QLatin1String(name)); };
-        QTest::newRow("text") << file("text.mp4") << QByteArray("Not a film at all.\n");
-        QTest::newRow("empty") << file("empty.mp4") << QByteArray();
-        QTest::newRow("playlist that names a film")
-            << file("list.mp4") << QByteArray("#EXTM3U\n") + clip("short.mp4").toEncoded() + '\n';
-        QTest::newRow("stream playlist")
-            << file("list.m3u8")
-            << QByteArray("#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:2,\n") +
-                   clip("short.mp4").toEncoded() + "\n#EXT-X-ENDLIST\n";
-        QTest::newRow("list for joining files")
-            << file("join.mp4")
-            << QByteArray("ffconcat version 1.0\nfile '" TAVELO_CLIPS "/short.mp4'\n");
-        QTest::newRow("edit list of the engine's own")
-            << file("edl.mp4") << QByteArray("# mpv EDL v0\n" TAVELO_CLIPS "/short.mp4\n");
-        QTest::newRow("not there") << file("nowhere.mp4") << QByteArray();
-        QTest::newRow("another scheme")
-            << QUrl(QStringLiteral("ftp://127.0.0.1/film.mp4")) << QByteArray();
-        QTest::newRow("the engine's own scheme")
-            << QUrl(QStringLiteral("memory://film")) << QByteArray();
+        row("text", file("text.mp4"), "Not a film at all.\n");
+        row("empty", file("empty.mp4"), QByteArray());
+        row("playlist that names a film", file("list.mp4"),
+            QByteArray("#EXTM3U\n") + clip("short.mp4").toEncoded() + '\n');
+        row("stream playlist", file("list.m3u8"),
+            QByteArray("#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:2,\n") +
+                clip("short.mp4").toEncoded() + "\n#EXT-X-ENDLIST\n");
+        row("list for joining files", file("join.mp4"),
+            QByteArray("ffconcat version 1.0\nfile '" TAVELO_CLIPS "/short.mp4'\n"));
+        row("edit list of the engine's own", file("edl.mp4"),
+            QByteArray("# mpv EDL v0\n" TAVELO_CLIPS "/short.mp4\n"));
+        row("not there", file("nowhere.mp4"), QByteArray());
+        row("another scheme", QUrl(QStringLiteral("ftp://127.0.0.1/film.mp4")), QByteArray());
+        row("the engine's own scheme", QUrl(QStringLiteral("memory://film")), QByteArray());
     }
 
     void refuses()

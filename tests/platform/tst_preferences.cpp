@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "platform/Preferences.h"
+#include "testlib/Table.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -72,12 +73,12 @@ private Q_SLOTS:
 
     void startsEmptyWithABadFile_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("torn") << QByteArray("{\"n\": 5, \"s\": \"hal");
-        QTest::newRow("list") << QByteArray("[1]");
-        QTest::newRow("text") << QByteArray("[General]\nn=5\n");
-        QTest::newRow("other forms") << QByteArray(
+        const auto row = columns<QByteArray>("content");
+        row("empty", QByteArray());
+        row("torn", "{\"n\": 5, \"s\": \"hal");
+        row("list", "[1]");
+        row("text", "[General]\nn=5\n");
+        row("other forms",
             R"({"n":1.5,"s":null,"b":[true],"d":{"base64":"%"},)"
             R"("e":{"base64":"AA==","x":1},"f":{"base64":5},"g":9223372036854775808})");
     }

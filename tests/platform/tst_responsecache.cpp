@@ -3,6 +3,7 @@
 #include "platform/HttpClient.h"
 #include "testlib/Awaited.h"
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 
 #include <QDirIterator>
 #include <QTemporaryDir>
@@ -51,11 +52,10 @@ private Q_SLOTS:
 
     void keepsWhatMayBeKept_data()
     {
-        QTest::addColumn<FaultServer::Headers>("headers");
-        QTest::addColumn<int>("requests");
-        QTest::newRow("an hour") << m_anHour << 1;
-        QTest::newRow("nothing said") << FaultServer::Headers{} << 2;
-        QTest::newRow("no store") << FaultServer::Headers{{"Cache-Control", "no-store"}} << 2;
+        const auto row = columns<FaultServer::Headers, int>("headers", "requests");
+        row("an hour", m_anHour, 1);
+        row("nothing said", FaultServer::Headers{}, 2);
+        row("no store", FaultServer::Headers{{"Cache-Control", "no-store"}}, 2);
     }
     void keepsWhatMayBeKept()
     {

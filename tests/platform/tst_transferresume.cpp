@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "platform/TransferScene.h"
+#include "testlib/Table.h"
 
 #include <QTest>
 
@@ -121,13 +122,8 @@ class tst_TransferResume : public QObject
 private Q_SLOTS:
     void validators_data()
     {
-        QTest::addColumn<QByteArray>("etag");
-        QTest::addColumn<QByteArray>("date");
-        QTest::addColumn<QByteArray>("condition"); // empty: no token
-        const auto row = [](const char *name, const char *etag, const char *date,
-                            const char *condition) {
-            QTest::newRow(name) << QByteArray(etag) << QByteArray(date) << QByteArray(condition);
-        };
+        // condition: empty: no token
+        const auto row = columns<QByteArray, QByteArray, QByteArray>("etag", "date", "condition");
         row("strong tag", "\"a\"", "", "\"a\"");
         row("tag and date", "\"a\"", later, "\"a\"");
         row("weak tag", "W/\"a\"", "", "");
@@ -164,11 +160,8 @@ private Q_SLOTS:
 
     void faults_data()
     {
-        QTest::addColumn<int>("requests");
-        QTest::addColumn<QString>("end"); // a status, an error's text, or else the film's name
-        const auto row = [](const char *fault, int requests, const char *end) {
-            QTest::newRow(fault) << requests << QString(end);
-        };
+        // end: a status, an error's text, or else the film's name
+        const auto row = columns<int, QString>("requests", "end");
         row("none", 1, "film");
         row("chunked", 1, "film");
         row("redirect", 2, "film");
@@ -243,10 +236,10 @@ private Q_SLOTS:
 
     void tokens_data()
     {
-        QTest::addColumn<QString>("flaw");
+        const auto row = columns<QString>("flaw");
         for (const char *flaw : {"damaged", "used", "discarded", "of another session",
                                  "for another address", "for another folder"})
-            QTest::newRow(flaw) << QString(flaw);
+            row(flaw, QString(flaw));
     }
 
     /// A token that is good for nothing leads to a download from the first byte.

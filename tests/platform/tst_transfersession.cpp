@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "platform/TransferScene.h"
+#include "testlib/Table.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -79,8 +80,7 @@ class tst_TransferSession : public QObject
 private Q_SLOTS:
     void downloads_data()
     {
-        QTest::addColumn<Framing>("framing");
-        QTest::addColumn<int>("size");
+        columns<Framing, int>("framing", "size");
         for (const int size : {0, 1, 9'000'000}) {
             QTest::addRow("%d, length", size) << Framing::Length << size;
             QTest::addRow("%d, chunked", size) << Framing::Chunked << size;
@@ -135,11 +135,7 @@ private Q_SLOTS:
 
     void fails_data()
     {
-        QTest::addColumn<ErrorKind>("kind");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char *fault, ErrorKind kind, const char *text) {
-            QTest::newRow(fault) << kind << QString(text);
-        };
+        const auto row = columns<ErrorKind, QString>("kind", "text");
         const char *early = "The connection ended before the file did.";
         const char *silent = "The server stopped answering.";
         row("refused", ErrorKind::Transport, "Connection refused");
@@ -196,7 +192,7 @@ private Q_SLOTS:
 
     void statuses_data()
     {
-        QTest::addColumn<int>("status");
+        columns<int>("status");
         for (const int status : {302, 404, 416, 503})
             QTest::addRow("%d", status) << status;
     }

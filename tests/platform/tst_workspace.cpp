@@ -3,6 +3,7 @@
 #include "platform/desktop/GioWorkspace.h"
 #include "testlib/Awaited.h"
 #include "testlib/PrivateBus.h"
+#include "testlib/Table.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -155,14 +156,13 @@ private Q_SLOTS:
 
     void passesOverThisProgram_data()
     {
-        QTest::addColumn<QStringList>("registered");
-        QTest::addColumn<QString>("found");
-        QTest::newRow("the default") << QStringList{"two", "one"} << "two";
-        QTest::newRow("our name") << QStringList{"tavelo", "two", "one"} << "two";
-        QTest::newRow("our program") << QStringList{"twin", "wrapped", "one", "two"} << "one";
-        QTest::newRow("only ourselves") << QStringList{"wrapped", "twin", "tavelo"} << "none";
-        QTest::newRow("removed since") << QStringList{"gone", "one"} << "one";
-        QTest::newRow("none") << QStringList() << "none";
+        const auto row = columns<QStringList, QString>("registered", "found");
+        row("the default", {"two", "one"}, "two");
+        row("our name", {"tavelo", "two", "one"}, "two");
+        row("our program", {"twin", "wrapped", "one", "two"}, "one");
+        row("only ourselves", {"wrapped", "twin", "tavelo"}, "none");
+        row("removed since", {"gone", "one"}, "one");
+        row("none", QStringList(), "none");
     }
     void passesOverThisProgram()
     {
@@ -174,11 +174,11 @@ private Q_SLOTS:
 
     void findsForMagnetsAndTorrentFilesOnly_data()
     {
-        QTest::addColumn<bool>("found");
+        const auto row = columns<bool>("found");
         for (const char *address :
              {"magnet:?xt=urn:btih:0", "magnet:", "/a.torrent", "/a b/C#?.TORRENT",
               "file:///a.torrent", "file:///a%20b/%C3%BC%3F.torrent"})
-            QTest::newRow(address) << true;
+            row(address, true);
         for (const char *address : {"Magnet:?xt=urn:btih:0",
                                     " magnet:?xt=urn:btih:0",
                                     "magnet",
@@ -199,7 +199,7 @@ private Q_SLOTS:
                                     "file:///a%2F.torrent",
                                     "/a.torrent/",
                                     "/atorrent"})
-            QTest::newRow(address) << false;
+            row(address, false);
     }
     void findsForMagnetsAndTorrentFilesOnly()
     {
@@ -214,16 +214,14 @@ private Q_SLOTS:
 
     void opensLetterForLetter_data()
     {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<QString>("argument");
+        const auto row = columns<QString, QString>("address", "argument");
         const QString magnet =
             "magnet:?xt=urn%3Abtih%3a00&dn=A%2D%41+b c'd\"e;$(touch f)`g`\\h|&%u%%i"
             "\tj\nk#ü%FF<>*?~!{}[]^&tr=http://h:80/a";
-        QTest::newRow("magnet") << magnet << magnet;
+        row("magnet", magnet, magnet);
         const QString file = "/tmp/a b'c\"d;$(touch f)`g`\\h%2Di#j?%u ü.torrent";
-        QTest::newRow("path") << file << file;
-        QTest::newRow("file address") << "file:///a%20b%27%3B$(c)%252D.torrent"
-                                      << "/a b';$(c)%2D.torrent";
+        row("path", file, file);
+        row("file address", "file:///a%20b%27%3B$(c)%252D.torrent", "/a b';$(c)%2D.torrent");
     }
     void opensLetterForLetter()
     {
@@ -237,12 +235,12 @@ private Q_SLOTS:
 
     void opensWebPages_data()
     {
-        QTest::addColumn<QString>("outcome");
+        const auto row = columns<QString>("outcome");
         for (const char *address : {"http://h/x.torrent", "https://h:8/a%2Fb?c=%26#d"})
-            QTest::newRow(address) << "done";
+            row(address, "done");
         for (const char *address : {"", "h", "//h/", "https:///a", "http:h", "ftp://h/",
                                     "file:///etc/passwd", "javascript:alert(1)", "magnet:?xt=a"})
-            QTest::newRow(address) << "refused";
+            row(address, "refused");
     }
     void opensWebPages()
     {
@@ -274,13 +272,11 @@ private Q_SLOTS:
 
     void showsInFileManager_data()
     {
-        QTest::addColumn<bool>("bus");
-        QTest::addColumn<bool>("manager");
-        QTest::addColumn<bool>("answers");
-        QTest::newRow("answering") << true << true << true;
-        QTest::newRow("silent") << true << true << false;
-        QTest::newRow("none") << true << false << false;
-        QTest::newRow("no bus") << false << false << false;
+        const auto row = columns<bool, bool, bool>("bus", "manager", "answers");
+        row("answering", true, true, true);
+        row("silent", true, true, false);
+        row("none", true, false, false);
+        row("no bus", false, false, false);
     }
     void showsInFileManager()
     {

@@ -4,6 +4,7 @@
 #include "platform/StandardFolders.h"
 #include "playback/PlaybackCoordinator.h"
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -86,13 +87,11 @@ private Q_SLOTS:
 
     void startsWhereTheViewerStopped_data()
     {
-        QTest::addColumn<double>("position");
-        QTest::addColumn<double>("duration");
-        QTest::addColumn<double>("start");
-        QTest::newRow("in the middle") << 300.0 << 1000.0 << 300.0;
-        QTest::newRow("nearly done") << 960.0 << 1000.0 << 0.0;
-        QTest::newRow("just begun") << 8.0 << 1000.0 << 0.0;
-        QTest::newRow("length unknown") << 300.0 << 0.0 << 300.0;
+        const auto row = columns<double, double, double>("position", "duration", "start");
+        row("in the middle", 300.0, 1000.0, 300.0);
+        row("nearly done", 960.0, 1000.0, 0.0);
+        row("just begun", 8.0, 1000.0, 0.0);
+        row("length unknown", 300.0, 0.0, 300.0);
     }
     void startsWhereTheViewerStopped()
     {
@@ -153,22 +152,14 @@ private Q_SLOTS:
 
     void rebuildsKeys_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("own") << "abc|film.mp4"
-                             << "abc|film.mp4";
-        QTest::newRow("separator in the name") << "abc|a|b"
-                                               << "abc|a|b";
-        QTest::newRow("of another item") << "old|film.mp4"
-                                         << "abc|film.mp4";
-        QTest::newRow("none") << "film.mp4"
-                              << "abc|film.mp4";
-        QTest::newRow("at the end") << "film|"
-                                    << "abc|film";
-        QTest::newRow("alone") << "|"
-                               << "abc|";
-        QTest::newRow("at the start") << "|film"
-                                      << "abc|film";
+        const auto row = columns<QString, QString>("key", "expected");
+        row("own", "abc|film.mp4", "abc|film.mp4");
+        row("separator in the name", "abc|a|b", "abc|a|b");
+        row("of another item", "old|film.mp4", "abc|film.mp4");
+        row("none", "film.mp4", "abc|film.mp4");
+        row("at the end", "film|", "abc|film");
+        row("alone", "|", "abc|");
+        row("at the start", "|film", "abc|film");
     }
     void rebuildsKeys()
     {

@@ -3,6 +3,7 @@
 #include "playback/SubtitleManager.h"
 #include "playback/SubtitleParser.h"
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -47,30 +48,30 @@ private:
 private Q_SLOTS:
     void readsTimes_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("seconds"); // below -1e6: none
+        // seconds: below -1e6: none
+        const auto row = columns<QString, double>("text", "seconds");
         const double none = -1e9;
-        QTest::newRow("SubRip") << "00:01:02,500" << 62.5;
-        QTest::newRow("WebVTT") << "00:01:02.500" << 62.5;
-        QTest::newRow("no hours") << "01:02.5" << 62.5;
-        QTest::newRow("many hours") << "100:00:00" << 360'000.0;
-        QTest::newRow("blanks around") << u"\t\u00A0 0:01 \u2003"_qs << 1.0;
-        QTest::newRow("no bounds") << "0:75" << 75.0;
-        QTest::newRow("signs") << "-1:+1" << -59.0;
-        QTest::newRow("points alone") << "0:.5" << 0.5;
-        QTest::newRow("exponent") << "0:1e1" << 10.0;
-        QTest::newRow("empty pieces") << ":1::2:" << 62.0;
-        QTest::newRow("one piece") << "5" << none;
-        QTest::newRow("four pieces") << "0:0:1:0" << none;
-        QTest::newRow("nothing") << "" << none;
-        QTest::newRow("colons") << "::" << none;
-        QTest::newRow("a word") << "a:1" << none;
-        QTest::newRow("blank in a piece") << "0: 1" << none;
-        QTest::newRow("rest in a piece") << "0:1s" << none;
-        QTest::newRow("two commas") << "0:1,5,0" << none;
-        QTest::newRow("two signs") << "0:+-1" << none;
-        QTest::newRow("other digits") << u"0:\u0661"_qs << none;
-        QTest::newRow("line break") << "0:1\n" << none;
+        row("SubRip", "00:01:02,500", 62.5);
+        row("WebVTT", "00:01:02.500", 62.5);
+        row("no hours", "01:02.5", 62.5);
+        row("many hours", "100:00:00", 360'000.0);
+        row("blanks around", u"\t\u00A0 0:01 \u2003"_qs, 1.0);
+        row("no bounds", "0:75", 75.0);
+        row("signs", "-1:+1", -59.0);
+        row("points alone", "0:.5", 0.5);
+        row("exponent", "0:1e1", 10.0);
+        row("empty pieces", ":1::2:", 62.0);
+        row("one piece", "5", none);
+        row("four pieces", "0:0:1:0", none);
+        row("nothing", "", none);
+        row("colons", "::", none);
+        row("a word", "a:1", none);
+        row("blank in a piece", "0: 1", none);
+        row("rest in a piece", "0:1s", none);
+        row("two commas", "0:1,5,0", none);
+        row("two signs", "0:+-1", none);
+        row("other digits", u"0:\u0661"_qs, none);
+        row("line break", "0:1\n", none);
     }
     void readsTimes()
     {
@@ -80,12 +81,8 @@ private Q_SLOTS:
 
     void parses_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("expected");
+        const auto row = columns<QString, QStringList>("text", "expected");
         const QString time = "0:01 --> 0:02\n";
-        const auto row = [](const char *name, const QString &text, const QStringList &expected) {
-            QTest::newRow(name) << text << expected;
-        };
         row("SubRip", "1\n00:00:01,000 --> 00:00:04,000\nHi\n\n2\n00:00:05,0 --> 00:00:06,0\nYou\n",
             {"1-4 Hi", "5-6 You"});
         row("WebVTT",
@@ -151,20 +148,18 @@ private Q_SLOTS:
 
     void saysWhatIsWrong_data()
     {
-        QTest::addColumn<SubtitleTrack>("track");
-        QTest::addColumn<QString>("error");
+        const auto row = columns<SubtitleTrack, QString>("track", "error");
         m_server.serve("/busy.srt", {.status = 503});
         m_server.serve("/empty.srt", {.body = "nothing here"});
-        QTest::newRow("no file") << SubtitleTrack{"x.srt", QUrl("file:///nowhere/x.srt")}
-                                 << "Subtitles failed: No such file or directory";
-        QTest::newRow("a folder") << SubtitleTrack{"x", QUrl::fromLocalFile(m_folder.path())}
-                                  << "Subtitles failed: This is not a file.";
-        QTest::newRow("no cues") << file("film.srt", "none")
-                                 << "No subtitle cues found in film.srt";
-        QTest::newRow("status") << SubtitleTrack{"b.srt", m_server.url("/busy.srt")}
-                                << "Subtitles failed: HTTP 503";
-        QTest::newRow("no cues there") << SubtitleTrack{"e.srt", m_server.url("/empty.srt")}
-                                       << "No subtitle cues found in e.srt";
+        row("no file", SubtitleTrack{"x.srt", QUrl("file:///nowhere/x.srt")},
+            "Subtitles failed: No such file or directory");
+        row("a folder", SubtitleTrack{"x", QUrl::fromLocalFile(m_folder.path())},
+            "Subtitles failed: This is not a file.");
+        row("no cues", file("film.srt", "none"), "No subtitle cues found in film.srt");
+        row("status", SubtitleTrack{"b.srt", m_server.url("/busy.srt")},
+            "Subtitles failed: HTTP 503");
+        row("no cues there", SubtitleTrack{"e.srt", m_server.url("/empty.srt")},
+            "No subtitle cues found in e.srt");
     }
     void saysWhatIsWrong()
     {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/MediaEngine.h"
 #include "playback/VideoPlayerManager.h"
+#include "testlib/Table.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -35,11 +36,10 @@ private:
 private Q_SLOTS:
     void startsWhereTold_data()
     {
-        QTest::addColumn<double>("start");
-        QTest::addColumn<double>("expected");
-        QTest::newRow("up to a second is the beginning") << 0.8 << 0.0;
-        QTest::newRow("past a second is exact") << 1.2 << 1.2;
-        QTest::newRow("far into the film") << 9.64 << 9.64;
+        const auto row = columns<double, double>("start", "expected");
+        row("up to a second is the beginning", 0.8, 0.0);
+        row("past a second is exact", 1.2, 1.2);
+        row("far into the film", 9.64, 9.64);
     }
 
     void startsWhereTold()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "search/ApiBayParser.h"
 #include "search/YTSParser.h"
+#include "testlib/Table.h"
 #include "torrent/Magnet.h"
 
 #include <QTest>
@@ -43,7 +44,8 @@ QString line(const QString &title, const QString &numbers)
 auto rowsIn(const QByteArray &frame = "FIELDS")
 {
     return [frame](const char *name, const QByteArray &fields, const QStringList &expected) {
-        QTest::newRow(name) << json(QByteArray(frame).replace("FIELDS", fields)) << expected;
+        Table<QByteArray, QStringList>()(name, json(QByteArray(frame).replace("FIELDS", fields)),
+                                         expected);
     };
 }
 
@@ -56,8 +58,7 @@ class TestProviderParsers : public QObject
 private Q_SLOTS:
     void apiBay_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QStringList>("expected");
+        columns<QByteArray, QStringList>("body", "expected");
         const auto row = rowsIn(R"([{"name":"N","info_hash":"HASH"FIELDS}])");
         row("texts", R"(,"size":"123","seeders":"15","leechers":"0")", {line("N", "123|15|0")});
         row("numbers", R"(,"size":123,"seeders":15,"leechers":-1)", {line("N", "123|15|-1")});
@@ -102,8 +103,7 @@ private Q_SLOTS:
 
     void yts_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QStringList>("expected");
+        columns<QByteArray, QStringList>("body", "expected");
         const QString bare = line("Untitled (?)", "-|-|-");
         const auto movie = rowsIn(R"({"data":{"movies":[{FIELDS}]}})");
         movie("torrents of other kinds", R"("torrents":[1,{"hash":"HASH"}])", {});

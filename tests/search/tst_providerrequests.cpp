@@ -3,6 +3,7 @@
 #include "search/ApiBayProvider.h"
 #include "search/TorznabProvider.h"
 #include "search/YTSProvider.h"
+#include "testlib/Table.h"
 
 #include <QTest>
 
@@ -15,15 +16,9 @@ class TestProviderRequests : public QObject
 private Q_SLOTS:
     void asks_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("base");
-        QTest::addColumn<QString>("query");
-        QTest::addColumn<QByteArray>("expected"); // empty: refused
-        const auto row = [](const char *name, ProviderKind kind, const char *base,
-                            const char *query, const char *expected) {
-            QTest::newRow(name) << int(kind) << QString::fromUtf8(base) << QString::fromUtf8(query)
-                                << QByteArray(expected);
-        };
+        // expected: empty: refused
+        const auto row = columns<ProviderKind, QString, QString, QByteArray>("kind", "base",
+                                                                             "query", "expected");
         const auto apiBay = ProviderKind::ApiBay;
         const auto torznab = ProviderKind::Torznab;
         row("ApiBay", apiBay, "https://a.example", "one two",
@@ -52,11 +47,11 @@ private Q_SLOTS:
     }
     void asks()
     {
-        QFETCH(int, kind);
+        QFETCH(ProviderKind, kind);
         QFETCH(QString, base);
         QFETCH(QString, query);
         QFETCH(QByteArray, expected);
-        const auto config = ProviderConfig::create("n", ProviderKind(kind), base);
+        const auto config = ProviderConfig::create("n", kind, base);
         const auto request = config.kind == ProviderKind::ApiBay ? ApiBayProvider::request
                              : config.kind == ProviderKind::Yts  ? YTSProvider::request
                                                                  : TorznabProvider::request;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "search/MergeResults.h"
+#include "testlib/Table.h"
 
 #include <QTest>
 
@@ -34,38 +35,19 @@ class TestTorrentResult : public QObject
 private Q_SLOTS:
     void tellsQualityAndFormat_data()
     {
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("quality");
-        QTest::addColumn<QString>("format");
+        const auto row = columns<QString, QString, QString>("title", "quality", "format");
         const QString none = u"\u2014"_qs;
-        QTest::newRow("plain") << "Film 2019 1080p BluRay x264"
-                               << "1080p" << none;
-        QTest::newRow("container") << "Film 2019 1080p BluRay [MKV]"
-                                   << "1080p"
-                                   << "mkv";
-        QTest::newRow("4K") << "Some.Film.4K.HDR.webm"
-                            << "2160p"
-                            << "webm";
-        QTest::newRow("inside a word") << "Bank4kids"
-                                       << "2160p" << none;
-        QTest::newRow("2160p") << "a 2160P b.M4V"
-                               << "2160p"
-                               << "m4v";
-        QTest::newRow("the first in order counts") << "720p and 1080p avi mp4"
-                                                   << "1080p"
-                                                   << "mp4";
-        QTest::newRow("480p") << "480p DVDRip"
-                              << "480p" << none;
-        QTest::newRow("SD") << "Old Film DVDRip XviD avi"
-                            << "SD"
-                            << "avi";
-        QTest::newRow("HD") << "Old Film BRRip mov"
-                            << "HD"
-                            << "mov";
-        QTest::newRow("720p before brrip") << "Old Film BRRip 720p ogv"
-                                           << "720p"
-                                           << "ogv";
-        QTest::newRow("nothing") << "" << none << none;
+        row("plain", "Film 2019 1080p BluRay x264", "1080p", none);
+        row("container", "Film 2019 1080p BluRay [MKV]", "1080p", "mkv");
+        row("4K", "Some.Film.4K.HDR.webm", "2160p", "webm");
+        row("inside a word", "Bank4kids", "2160p", none);
+        row("2160p", "a 2160P b.M4V", "2160p", "m4v");
+        row("the first in order counts", "720p and 1080p avi mp4", "1080p", "mp4");
+        row("480p", "480p DVDRip", "480p", none);
+        row("SD", "Old Film DVDRip XviD avi", "SD", "avi");
+        row("HD", "Old Film BRRip mov", "HD", "mov");
+        row("720p before brrip", "Old Film BRRip 720p ogv", "720p", "ogv");
+        row("nothing", "", none, none);
     }
     void tellsQualityAndFormat()
     {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "search/TorznabParser.h"
+#include "testlib/Table.h"
 
 #include <QTest>
 
@@ -63,12 +64,7 @@ class TestTorznabParser : public QObject
 private Q_SLOTS:
     void readsAnItem_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QStringList>("expected");
-        const auto row = [](const char *name, const QByteArray &content,
-                            const QStringList &expected) {
-            QTest::newRow(name) << content << expected;
-        };
+        const auto row = columns<QByteArray, QStringList>("content", "expected");
         const QByteArray web = "https://h/t.torrent";
         const auto enclosure = [](const QByteArray &attributes) {
             return "<enclosure " + attributes + "/>";
@@ -147,11 +143,8 @@ private Q_SLOTS:
 
     void fails_data()
     {
-        QTest::addColumn<QByteArray>("document");
-        QTest::addColumn<QString>("message"); // empty: the parser's own
-        const auto row = [](const char *name, const QByteArray &document, const char *message) {
-            QTest::newRow(name) << document << QString(message);
-        };
+        // message: empty: the parser's own
+        const auto row = columns<QByteArray, QString>("document", "message");
         row("error", R"(<error code="100" description="Invalid API Key"/>)", "Invalid API Key");
         row("error without a text", "<error/>", "Indexer error");
         row("error after items", feed(item("") + "<error description='Late'/>"), "Late");
@@ -192,17 +185,16 @@ private Q_SLOTS:
 
     void refusesWhatGrows_data()
     {
-        QTest::addColumn<QByteArray>("document");
+        const auto row = columns<QByteArray>("document");
         const QByteArray text(4000, 'a');
-        QTest::newRow("one entity, often") << "<!DOCTYPE rss [<!ENTITY a '" + text + "'>]><rss>" +
-                                                  QByteArray("&a;").repeated(10'000) + "</rss>";
-        QTest::newRow("default attributes") << "<!DOCTYPE rss [<!ATTLIST e x CDATA '" + text +
-                                                   "'>]><rss>" +
-                                                   QByteArray("<e/>").repeated(10'000) + "</rss>";
+        row("one entity, often", "<!DOCTYPE rss [<!ENTITY a '" + text + "'>]><rss>" +
+                                     QByteArray("&a;").repeated(10'000) + "</rss>");
+        row("default attributes", "<!DOCTYPE rss [<!ATTLIST e x CDATA '" + text + "'>]><rss>" +
+                                      QByteArray("<e/>").repeated(10'000) + "</rss>");
         QByteArray attributes;
         for (int i = 0; i < 100'000; ++i)
             attributes += " a" + QByteArray::number(i) + "='>'";
-        QTest::newRow("attributes") << "<rss><!-- ' --><e" + attributes + "/></rss>";
+        row("attributes", "<rss><!-- ' --><e" + attributes + "/></rss>");
     }
     void refusesWhatGrows()
     {

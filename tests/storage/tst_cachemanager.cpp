@@ -7,6 +7,7 @@
 #include "storage/CacheManager.h"
 #include "testlib/Awaited.h"
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -96,18 +97,14 @@ private Q_SLOTS:
 
     void cleansByAgeThenBySize_data()
     {
-        QTest::addColumn<qint64>("days");
-        QTest::addColumn<qint64>("limit");
-        QTest::addColumn<QStringList>("left");
+        const auto row = columns<qint64, qint64, QStringList>("days", "limit", "left");
         const QStringList all{".hidden", "URLCache/new", "folder/old", "folder/older", "newest"};
-        QTest::newRow("nothing to do") << 0LL << 1'000'000LL << all;
-        QTest::newRow("too old") << 14LL << 1'000'000LL
-                                 << QStringList{"URLCache/new", "folder/old", "newest"};
-        QTest::newRow("too much") << 0LL << 3 * 8192LL
-                                  << QStringList{"URLCache/new", "folder/old", "newest"};
-        QTest::newRow("both") << 15LL << 8192LL << QStringList{"newest"};
-        QTest::newRow("just fits") << 0LL << 5 * 8192LL << all;
-        QTest::newRow("nothing may stay") << 0LL << 0LL << QStringList{};
+        row("nothing to do", 0LL, 1'000'000LL, all);
+        row("too old", 14LL, 1'000'000LL, {"URLCache/new", "folder/old", "newest"});
+        row("too much", 0LL, 3 * 8192LL, {"URLCache/new", "folder/old", "newest"});
+        row("both", 15LL, 8192LL, {"newest"});
+        row("just fits", 0LL, 5 * 8192LL, all);
+        row("nothing may stay", 0LL, 0LL, {});
     }
     void cleansByAgeThenBySize()
     {

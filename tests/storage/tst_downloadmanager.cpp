@@ -5,6 +5,7 @@
 #include "storage/DownloadManager.h"
 #include "storage/DownloadName.h"
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -86,33 +87,21 @@ private Q_SLOTS:
 
     void namesFilesByTheirAddress_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("plain") << "/a/film.mp4"
-                               << "film.mp4";
-        QTest::newRow("encoded") << "/My%20Film%C3%A9.mp4" << u"My Film\u00E9.mp4"_qs;
-        QTest::newRow("encoded slash") << "/x/a%2Fb.mp4"
-                                       << "a_b.mp4";
-        QTest::newRow("encoded twice") << "/%2541%252Fb"
-                                       << "A_b";
-        QTest::newRow("a lone sign stays") << "/100%25.mp4"
-                                           << "100%.mp4";
-        QTest::newRow("twice, not UTF-8, stays") << "/%25FF"
-                                                 << "%FF";
-        QTest::newRow("not UTF-8") << "/%FFx" << u"\uFFFDx"_qs;
-        QTest::newRow("up") << "/a/%2e%2e"
-                            << "..";
-        QTest::newRow("up, encoded twice") << "/a/%252e%252e"
-                                           << "..";
-        QTest::newRow("folder") << "/a/dir/"
-                                << "dir";
-        QTest::newRow("none") << ""
-                              << "";
-        QTest::newRow("root") << "/"
-                              << "_";
-        QTest::newRow("marks and dashes") << "/-%E2%80%AEx.mp4" << u"-\u202Ex.mp4"_qs;
-        QTest::newRow("no query") << "/a.mp4?b=/c#/d"
-                                  << "a.mp4";
+        const auto row = columns<QString, QString>("path", "name");
+        row("plain", "/a/film.mp4", "film.mp4");
+        row("encoded", "/My%20Film%C3%A9.mp4", u"My Film\u00E9.mp4"_qs);
+        row("encoded slash", "/x/a%2Fb.mp4", "a_b.mp4");
+        row("encoded twice", "/%2541%252Fb", "A_b");
+        row("a lone sign stays", "/100%25.mp4", "100%.mp4");
+        row("twice, not UTF-8, stays", "/%25FF", "%FF");
+        row("not UTF-8", "/%FFx", u"\uFFFDx"_qs);
+        row("up", "/a/%2e%2e", "..");
+        row("up, encoded twice", "/a/%252e%252e", "..");
+        row("folder", "/a/dir/", "dir");
+        row("none", "", "");
+        row("root", "/", "_");
+        row("marks and dashes", "/-%E2%80%AEx.mp4", u"-\u202Ex.mp4"_qs);
+        row("no query", "/a.mp4?b=/c#/d", "a.mp4");
     }
     void namesFilesByTheirAddress()
     {
@@ -122,24 +111,15 @@ private Q_SLOTS:
 
     void findsAFreeName_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("third");
-        QTest::newRow("plain") << "film.mp4"
-                               << "film 2.mp4";
-        QTest::newRow("dots") << "a.b.mp4"
-                              << "a.b 2.mp4";
-        QTest::newRow("no extension") << "film"
-                                      << "film 2.";
-        QTest::newRow("hidden") << ".film"
-                                << ".film 2.";
-        QTest::newRow("dot at the end") << "film."
-                                        << "film. 2.";
-        QTest::newRow("up") << ".."
-                            << ".. 2.";
-        QTest::newRow("here") << "."
-                              << ". 2.";
-        QTest::newRow("empty") << ""
-                               << " 2.";
+        const auto row = columns<QString, QString>("name", "third");
+        row("plain", "film.mp4", "film 2.mp4");
+        row("dots", "a.b.mp4", "a.b 2.mp4");
+        row("no extension", "film", "film 2.");
+        row("hidden", ".film", ".film 2.");
+        row("dot at the end", "film.", "film. 2.");
+        row("up", "..", ".. 2.");
+        row("here", ".", ". 2.");
+        row("empty", "", " 2.");
     }
     void findsAFreeName()
     {
@@ -169,14 +149,13 @@ private Q_SLOTS:
 
     void staysInItsFolder_data()
     {
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QString>("name"); // empty: refused
-        QTest::newRow("up") << QByteArray("/a/%2e%2e") << ".. 1.";
-        QTest::newRow("up twice encoded")
-            << QByteArray("/%252e%252e%252f%252e%252e%252fx") << ".._.._x";
-        QTest::newRow("here") << QByteArray("/a/%252e") << ". 1.";
-        QTest::newRow("zero byte") << QByteArray("/a%00b") << "";
-        QTest::newRow("too long") << "/" + QByteArray(300, 'x') << "";
+        // name: empty: refused
+        const auto row = columns<QByteArray, QString>("path", "name");
+        row("up", "/a/%2e%2e", ".. 1.");
+        row("up twice encoded", "/%252e%252e%252f%252e%252e%252fx", ".._.._x");
+        row("here", "/a/%252e", ". 1.");
+        row("zero byte", "/a%00b", "");
+        row("too long", "/" + QByteArray(300, 'x'), "");
     }
     void staysInItsFolder()
     {

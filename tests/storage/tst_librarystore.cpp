@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/StandardFolders.h"
 #include "storage/LibraryStore.h"
+#include "testlib/Table.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -90,21 +91,20 @@ private Q_SLOTS:
 
     void rejectsAFileThatIsNotWhole_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QJsonValue>("value"); // undefined: the key is missing
-        QTest::addColumn<bool>("readable");
+        // value: undefined: the key is missing
+        const auto row = columns<QString, QJsonValue, bool>("key", "value", "readable");
         for (const char *key : {"key", "itemID", "title", "source", "isLocal", "position",
                                 "duration", "lastPlayed"}) {
             QTest::addRow("%s missing", key) << key << QJsonValue(QJsonValue::Undefined) << false;
             QTest::addRow("%s null", key) << key << QJsonValue() << false;
         }
-        QTest::newRow("no thumbnail") << "thumbnail" << QJsonValue(QJsonValue::Undefined) << true;
-        QTest::newRow("null thumbnail") << "thumbnail" << QJsonValue() << true;
-        QTest::newRow("odd thumbnail") << "thumbnail" << QJsonValue(1) << false;
-        QTest::newRow("another key") << "more" << QJsonValue(1) << true;
-        QTest::newRow("number as a text") << "position" << QJsonValue("1") << false;
-        QTest::newRow("date past all calendars") << "lastPlayed" << QJsonValue(1e300) << true;
-        QTest::newRow("date before them") << "lastPlayed" << QJsonValue(-1e300) << true;
+        row("no thumbnail", "thumbnail", QJsonValue(QJsonValue::Undefined), true);
+        row("null thumbnail", "thumbnail", QJsonValue(), true);
+        row("odd thumbnail", "thumbnail", QJsonValue(1), false);
+        row("another key", "more", QJsonValue(1), true);
+        row("number as a text", "position", QJsonValue("1"), false);
+        row("date past all calendars", "lastPlayed", QJsonValue(1e300), true);
+        row("date before them", "lastPlayed", QJsonValue(-1e300), true);
     }
     void rejectsAFileThatIsNotWhole()
     {
@@ -199,14 +199,12 @@ private Q_SLOTS:
 
     void choosesWhatToContinue_data()
     {
-        QTest::addColumn<double>("position");
-        QTest::addColumn<double>("duration");
-        QTest::addColumn<bool>("chosen");
-        QTest::newRow("just begun") << 10.0 << 100.0 << false;
-        QTest::newRow("begun, length unknown") << 10.5 << 0.0 << true;
-        QTest::newRow("length below 0") << 10.5 << -1.0 << true;
-        QTest::newRow("nearly done") << 95.0 << 100.0 << false;
-        QTest::newRow("not quite") << 94.9 << 100.0 << true;
+        const auto row = columns<double, double, bool>("position", "duration", "chosen");
+        row("just begun", 10.0, 100.0, false);
+        row("begun, length unknown", 10.5, 0.0, true);
+        row("length below 0", 10.5, -1.0, true);
+        row("nearly done", 95.0, 100.0, false);
+        row("not quite", 94.9, 100.0, true);
     }
     void choosesWhatToContinue()
     {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/StandardFolders.h"
 #include "storage/SettingsStore.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -107,18 +108,15 @@ private Q_SLOTS:
 
     void readsOnlyWholeLists_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QJsonValue>("value"); // undefined: the key is missing
-        QTest::addColumn<bool>("readable");
-        QTest::newRow("as written") << "name" << QJsonValue("N") << true;
-        QTest::newRow("id in small letters")
-            << "id" << QJsonValue("3f2504e0-4f89-41d3-9a0c-0305e82c3301") << true;
-        QTest::newRow("another key") << "more" << QJsonValue(1) << true;
-        QTest::newRow("kind in capitals") << "kind" << QJsonValue("Torznab") << false;
-        QTest::newRow("id in braces")
-            << "id" << QJsonValue("{3F2504E0-4F89-41D3-9A0C-0305E82C3301}") << false;
-        QTest::newRow("no id") << "id" << QJsonValue("7") << false;
-        QTest::newRow("switch as a number") << "enabled" << QJsonValue(1) << false;
+        // value: undefined: the key is missing
+        const auto row = columns<QString, QJsonValue, bool>("key", "value", "readable");
+        row("as written", "name", QJsonValue("N"), true);
+        row("id in small letters", "id", QJsonValue("3f2504e0-4f89-41d3-9a0c-0305e82c3301"), true);
+        row("another key", "more", QJsonValue(1), true);
+        row("kind in capitals", "kind", QJsonValue("Torznab"), false);
+        row("id in braces", "id", QJsonValue("{3F2504E0-4F89-41D3-9A0C-0305E82C3301}"), false);
+        row("no id", "id", QJsonValue("7"), false);
+        row("switch as a number", "enabled", QJsonValue(1), false);
         for (const char *key : {"id", "name", "kind", "baseURL", "apiKey", "enabled"}) {
             QTest::addRow("%s missing", key) << key << QJsonValue(QJsonValue::Undefined) << false;
             QTest::addRow("%s null", key) << key << QJsonValue() << false;
@@ -147,23 +145,14 @@ private Q_SLOTS:
 
     void acceptsEntriesWithAHost_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("baseURL");
-        QTest::addColumn<bool>("accepted");
-        QTest::newRow("plain") << "N"
-                               << "http://localhost:9117/api" << true;
-        QTest::newRow("a space for a name") << " "
-                                            << "https://h" << true;
-        QTest::newRow("no name") << ""
-                                 << "https://h" << false;
-        QTest::newRow("no scheme") << "N"
-                                   << "localhost:9117" << false;
-        QTest::newRow("no host") << "N"
-                                 << "http://" << false;
-        QTest::newRow("no URL") << "N"
-                                << "http://a b/" << false;
-        QTest::newRow("nothing") << "N"
-                                 << "" << false;
+        const auto row = columns<QString, QString, bool>("name", "baseURL", "accepted");
+        row("plain", "N", "http://localhost:9117/api", true);
+        row("a space for a name", " ", "https://h", true);
+        row("no name", "", "https://h", false);
+        row("no scheme", "N", "localhost:9117", false);
+        row("no host", "N", "http://", false);
+        row("no URL", "N", "http://a b/", false);
+        row("nothing", "N", "", false);
     }
     void acceptsEntriesWithAHost()
     {

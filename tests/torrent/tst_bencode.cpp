@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "testlib/Table.h"
 #include "torrent/BencodeParser.h"
 #include "torrent/TorrentParseError.h"
 
@@ -42,11 +43,7 @@ class TestBencode : public QObject
 private Q_SLOTS:
     void reads_data()
     {
-        QTest::addColumn<QByteArray>("input");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const QByteArray &input, const QString &expected) {
-            QTest::newRow(name) << input << expected;
-        };
+        const auto row = columns<QByteArray, QString>("input", "expected");
         row("minus zero", "i-0e", "0");
         row("plus", "i+5e", "5");
         row("leading zeros", "i007e", "7");
@@ -74,7 +71,7 @@ private Q_SLOTS:
 
     void refuses_data()
     {
-        QTest::addColumn<QByteArray>("input");
+        columns<QByteArray>("input");
         const QByteArrayList inputs{"",
                                     "e",
                                     "x",
@@ -126,22 +123,19 @@ private Q_SLOTS:
 
     void decodesText_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("expected");
+        const auto row = columns<QByteArray, QString>("bytes", "expected");
         const QString bad = u"\uFFFD"_qs;
-        QTest::newRow("well-formed")
-            << QByteArray("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xAC") << u"a\u00E9\u20AC\U0001F3AC"_qs;
-        QTest::newRow("byte order mark stays") << QByteArray("\xEF\xBB\xBFx") << u"\uFEFFx"_qs;
-        QTest::newRow("cut sequence is one") << QByteArray("\xE2\x82z") << bad + "z";
-        QTest::newRow("cut at the end") << QByteArray("z\xF0\x9F\x8E") << "z" + bad;
-        QTest::newRow("stray trailing bytes") << QByteArray("\x80\xBF") << bad + bad;
-        QTest::newRow("overlong") << QByteArray("\xC0\xAF") << bad + bad;
-        QTest::newRow("overlong of three") << QByteArray("\xE0\x80\x80") << bad + bad + bad;
-        QTest::newRow("surrogate") << QByteArray("\xED\xA0\x80") << bad + bad + bad;
-        QTest::newRow("past U+10FFFF") << QByteArray("\xF4\x90\x80\x80") << bad.repeated(4);
-        QTest::newRow("a lead in a sequence")
-            << QByteArray("\xF1\x80\xC3\xA9") << bad + u"\u00E9"_qs;
-        QTest::newRow("zero byte") << QByteArray("a\0b", 3) << QString::fromLatin1("a\0b", 3);
+        row("well-formed", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xAC", u"a\u00E9\u20AC\U0001F3AC"_qs);
+        row("byte order mark stays", "\xEF\xBB\xBFx", u"\uFEFFx"_qs);
+        row("cut sequence is one", "\xE2\x82z", bad + "z");
+        row("cut at the end", "z\xF0\x9F\x8E", "z" + bad);
+        row("stray trailing bytes", "\x80\xBF", bad + bad);
+        row("overlong", "\xC0\xAF", bad + bad);
+        row("overlong of three", "\xE0\x80\x80", bad + bad + bad);
+        row("surrogate", "\xED\xA0\x80", bad + bad + bad);
+        row("past U+10FFFF", "\xF4\x90\x80\x80", bad.repeated(4));
+        row("a lead in a sequence", "\xF1\x80\xC3\xA9", bad + u"\u00E9"_qs);
+        row("zero byte", QByteArray("a\0b", 3), QString::fromLatin1("a\0b", 3));
     }
     void decodesText()
     {
@@ -154,16 +148,14 @@ private Q_SLOTS:
 
     void findsTheInfoSlice_data()
     {
-        QTest::addColumn<QByteArray>("input");
-        QTest::addColumn<QByteArray>("expected"); // null: none
-        QTest::newRow("as it stands")
-            << QByteArray("d4:infod4:name1:aee ") << QByteArray("d4:name1:ae");
-        QTest::newRow("the last of two")
-            << QByteArray("d4:infod1:ai1ee4:infod1:bi2eee") << QByteArray("d1:bi2ee");
-        QTest::newRow("of any kind") << QByteArray("d4:infoi-07ee") << QByteArray("i-07e");
-        QTest::newRow("nested") << QByteArray("d1:xd4:infodeee") << QByteArray();
-        QTest::newRow("in a list") << QByteArray("ld4:infodeee") << QByteArray();
-        QTest::newRow("capitals") << QByteArray("d4:Infodee") << QByteArray();
+        // expected: null: none
+        const auto row = columns<QByteArray, QByteArray>("input", "expected");
+        row("as it stands", "d4:infod4:name1:aee ", "d4:name1:ae");
+        row("the last of two", "d4:infod1:ai1ee4:infod1:bi2eee", "d1:bi2ee");
+        row("of any kind", "d4:infoi-07ee", "i-07e");
+        row("nested", "d1:xd4:infodeee", QByteArray());
+        row("in a list", "ld4:infodeee", QByteArray());
+        row("capitals", "d4:Infodee", QByteArray());
     }
     void findsTheInfoSlice()
     {

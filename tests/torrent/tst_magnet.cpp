@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "platform/ServiceHosts.h"
+#include "testlib/Table.h"
 #include "torrent/Magnet.h"
 #include "torrent/TorrentMetadata.h"
 
@@ -48,39 +49,37 @@ private Q_SLOTS:
 
     void reads_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("hash");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QStringList>("trackers");
-        const auto row = [](const char *title, const QString &text, const QString &hash,
-                            const QString &name, const QStringList &trackers = {}) {
-            QTest::newRow(title) << text << hash << name << trackers;
+        const auto row =
+            columns<QString, QString, QString, QStringList>("text", "hash", "name", "trackers");
+        const auto reads = [&](const char *title, const QString &text, const QString &hash,
+                               const QString &name, const QStringList &trackers = {}) {
+            row(title, text, hash, name, trackers);
         };
         const QString upper = hex.toUpper();
         const QString zeros(40, '0');
-        row("no name", plain, hex, hex);
-        row("capitals", "magnet:?xt=URN:BTIH:" + upper, hex, upper);
-        row("encoded topic", "magnet:?xt=urn%3abtih%3A" + hex + "&dn=x", hex, "x");
-        row("encoded parameter name", "magnet:?%78t=urn:btih:" + hex, hex, hex);
-        row("base32", "magnet:?xt=urn:btih:" + QString(32, 'A'), zeros, zeros);
-        row("base32 in small letters", "magnet:?xt=urn:btih:aerukz4jvpg66ajdivtytk6n54asgrlh", hex,
-            hex);
-        row("blanks around", " \t\n" + plain + "\r\n ", hex, hex);
-        row("empty name", plain + "&dn=", hex, "");
-        row("name without a value", plain + "&dn&dn=second", hex, hex);
-        row("a plus stays", plain + "&dn=a+b%20c", hex, "a+b c");
-        row("spaces inside", plain + "&dn=a b", hex, "a b");
-        row("a lone sign beside escapes", plain + "&dn=100% of%20it&tr=udp%3A%2F%2Fh", hex,
-            "100% of it", {"udp://h"});
-        row("beyond ASCII", plain + u"&dn=\u00E9|x"_qs, hex, u"\u00E9|x"_qs);
-        row("not UTF-8", plain + "&dn=%FF", hex, u"\uFFFD"_qs);
-        row("a fragment", plain + "#&dn=no", hex, hex);
-        row("topic last", "magnet:?dn=x&xt=urn:btih:" + hex, hex, "x");
-        row("the first topic counts", plain + "&xt=urn:btih:bad", hex, hex);
-        row("names in capitals are others", plain + "&DN=x&TR=y", hex, hex);
-        row("trackers in order, twice, without a value",
-            plain + "&tr=udp%3A%2F%2Fb%3A1&tr&tr=a&tr=&tr=a", hex, hex,
-            {"udp://b:1", "a", "", "a"});
+        reads("no name", plain, hex, hex);
+        reads("capitals", "magnet:?xt=URN:BTIH:" + upper, hex, upper);
+        reads("encoded topic", "magnet:?xt=urn%3abtih%3A" + hex + "&dn=x", hex, "x");
+        reads("encoded parameter name", "magnet:?%78t=urn:btih:" + hex, hex, hex);
+        reads("base32", "magnet:?xt=urn:btih:" + QString(32, 'A'), zeros, zeros);
+        reads("base32 in small letters", "magnet:?xt=urn:btih:aerukz4jvpg66ajdivtytk6n54asgrlh",
+              hex, hex);
+        reads("blanks around", " \t\n" + plain + "\r\n ", hex, hex);
+        reads("empty name", plain + "&dn=", hex, "");
+        reads("name without a value", plain + "&dn&dn=second", hex, hex);
+        reads("a plus stays", plain + "&dn=a+b%20c", hex, "a+b c");
+        reads("spaces inside", plain + "&dn=a b", hex, "a b");
+        reads("a lone sign beside escapes", plain + "&dn=100% of%20it&tr=udp%3A%2F%2Fh", hex,
+              "100% of it", {"udp://h"});
+        reads("beyond ASCII", plain + u"&dn=\u00E9|x"_qs, hex, u"\u00E9|x"_qs);
+        reads("not UTF-8", plain + "&dn=%FF", hex, u"\uFFFD"_qs);
+        reads("a fragment", plain + "#&dn=no", hex, hex);
+        reads("topic last", "magnet:?dn=x&xt=urn:btih:" + hex, hex, "x");
+        reads("the first topic counts", plain + "&xt=urn:btih:bad", hex, hex);
+        reads("names in capitals are others", plain + "&DN=x&TR=y", hex, hex);
+        reads("trackers in order, twice, without a value",
+              plain + "&tr=udp%3A%2F%2Fb%3A1&tr&tr=a&tr=&tr=a", hex, hex,
+              {"udp://b:1", "a", "", "a"});
     }
     void reads()
     {
@@ -96,7 +95,7 @@ private Q_SLOTS:
 
     void refuses_data()
     {
-        QTest::addColumn<QString>("text");
+        columns<QString>("text");
         const QStringList texts{"",
                                 "magnet:",
                                 "magnet:?",

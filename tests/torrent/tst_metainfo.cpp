@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "testlib/Table.h"
 #include "torrent/TorrentMetadata.h"
 #include "torrent/TorrentParseError.h"
 
@@ -50,11 +51,11 @@ class TestMetainfo : public QObject
 private Q_SLOTS:
     void hashesTheBytesAsTheyStand_data()
     {
-        QTest::addColumn<QByteArray>("info");
-        QTest::newRow("a file") << QByteArray("d6:lengthi5e4:name3:fooe");
-        QTest::newRow("the same in another order") << QByteArray("d4:name3:foo6:lengthi5ee");
-        QTest::newRow("odd numbers stay odd") << QByteArray("d6:lengthi+005e4:name03:fooe");
-        QTest::newRow("empty") << QByteArray("de");
+        const auto row = columns<QByteArray>("info");
+        row("a file", "d6:lengthi5e4:name3:fooe");
+        row("the same in another order", "d4:name3:foo6:lengthi5ee");
+        row("odd numbers stay odd", "d6:lengthi+005e4:name03:fooe");
+        row("empty", "de");
     }
     void hashesTheBytesAsTheyStand()
     {
@@ -69,13 +70,7 @@ private Q_SLOTS:
 
     void readsNameAndFiles_data()
     {
-        QTest::addColumn<QByteArray>("info");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QStringList>("lines");
-        const auto row = [](const char *title, const QByteArray &info, const char *name,
-                            const QStringList &lines) {
-            QTest::newRow(title) << info << QString::fromUtf8(name) << lines;
-        };
+        const auto row = columns<QByteArray, QString, QStringList>("info", "name", "lines");
         const QByteArray show = text("name") + text("Show");
         const QByteArray length = text("length");
         const QByteArray path = text("path");
@@ -120,17 +115,15 @@ private Q_SLOTS:
 
     void collectsTrackers_data()
     {
-        QTest::addColumn<QByteArray>("keys");
-        QTest::addColumn<QStringList>("expected");
+        const auto row = columns<QByteArray, QStringList>("keys", "expected");
         const QByteArray announceList = text("announce-list");
-        QTest::newRow("none") << QByteArray() << QStringList();
-        QTest::newRow("sorted, once each")
-            << text("announce") + text("c") + announceList + "ll1:b1:cel1:aee"
-            << QStringList{"a", "b", "c"};
-        QTest::newRow("other kinds")
-            << text("announce") + number(1) + announceList + "l1:xd1:kl1:zeel1:b" + number(1) + "ee"
-            << QStringList{"b"};
-        QTest::newRow("list of another kind") << announceList + text("x") << QStringList();
+        row("none", QByteArray(), QStringList());
+        row("sorted, once each", text("announce") + text("c") + announceList + "ll1:b1:cel1:aee",
+            {"a", "b", "c"});
+        row("other kinds",
+            text("announce") + number(1) + announceList + "l1:xd1:kl1:zeel1:b" + number(1) + "ee",
+            {"b"});
+        row("list of another kind", announceList + text("x"), QStringList());
     }
     void collectsTrackers()
     {
@@ -142,10 +135,10 @@ private Q_SLOTS:
 
     void refuses_data()
     {
-        QTest::addColumn<QByteArray>("data");
+        const auto row = columns<QByteArray>("data");
         for (const char *data : {"", "le", "i1e", "de", "d4:infoi1ee", "d4:info2:dee", "d4:infolee",
                                  "d4:infod1:aee", "<html></html>", "d1:xd4:infodeee"})
-            QTest::newRow(data) << QByteArray(data);
+            row(data, QByteArray(data));
     }
     void refuses()
     {

@@ -6,6 +6,7 @@
 #include "platform/ServiceHosts.h"
 #include "platform/StandardFolders.h"
 #include "testlib/FakeWorkspace.h"
+#include "testlib/Table.h"
 #include "ui/UiModule.h"
 
 #include <QFile>
@@ -61,7 +62,7 @@ FaultServer &Program::server()
         auto *made = new FaultServer;
         made->setParent(QCoreApplication::instance());
         ServiceHosts hosts = ServiceHosts::current();
-        hosts.archive = made->base();
+        hosts.archive = hosts.apibay = hosts.yts = made->base();
         ServiceHosts::replace(hosts);
         static const QTemporaryDir folder;
         StandardFolders::relocate(folder.path());
@@ -91,6 +92,13 @@ void Program::serveFiles(const QByteArray &id, const QStringList &names, bool re
         metadata["access-restricted-item"] = "true";
     const QJsonObject answer{{"metadata", metadata}, {"files", files}};
     server().serve("/metadata/" + id, {.body = QJsonDocument(answer).toJson()});
+}
+
+void Program::mouseAndKeys()
+{
+    const auto row = columns<bool>("byKeys");
+    row("by the mouse", false);
+    row("by keys", true);
 }
 
 HistoryEntry Program::watched(int number, double position, double duration)

@@ -26,6 +26,9 @@ public:
     /// "Reel 1", "Reel 2", … as the history keeps them; times in seconds.
     static HistoryEntry watched(int number, double position, double duration);
 
+    /// The table of a test that is done by the mouse and once more by keys: `byKeys`.
+    static void mouseAndKeys();
+
     /// Shows the window and waits until it has the keyboard.
     bool show();
     bool show(const QString &section) { return show() && click(section); }

@@ -4,6 +4,7 @@
 #include "WindowTest.h"
 
 #include "storage/SettingsStore.h"
+#include "testlib/Table.h"
 
 #include <QTest>
 
@@ -60,9 +61,9 @@ private:
 private Q_SLOTS:
     void discoverLoads_data()
     {
-        QTest::addColumn<int>("status");
-        QTest::newRow("well") << 200;
-        QTest::newRow("badly") << 503;
+        const auto row = columns<int>("status");
+        row("well", 200);
+        row("badly", 503);
     }
 
     void discoverLoads()
@@ -93,21 +94,13 @@ private Q_SLOTS:
 
     void searches_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<int>("count");
-        QTest::newRow("Return") << "moon"
-                                << "Return" << 1;
-        QTest::newRow("the button") << "moon"
-                                    << "click" << 1;
-        QTest::newRow("Ctrl+Return") << "moon"
-                                     << "Ctrl" << 1;
-        QTest::newRow("typing alone") << "moon"
-                                      << "" << 0;
-        QTest::newRow("nothing") << ""
-                                 << "Return" << 0;
-        QTest::newRow("blanks") << "  "
-                                << "click" << 0;
+        const auto row = columns<QString, QString, int>("text", "how", "count");
+        row("Return", "moon", "Return", 1);
+        row("the button", "moon", "click", 1);
+        row("Ctrl+Return", "moon", "Ctrl", 1);
+        row("typing alone", "moon", "", 0);
+        row("nothing", "", "Return", 0);
+        row("blanks", "  ", "click", 0);
     }
 
     void searches()
@@ -175,25 +168,20 @@ private Q_SLOTS:
 
     void gridIsWalkedByKeys_data()
     {
-        QTest::addColumn<bool>("asGrid");
-        QTest::addColumn<QList<Qt::Key>>("keys");
-        QTest::addColumn<int>("film");
+        const auto row = columns<bool, QList<Qt::Key>, int>("asGrid", "keys", "film");
         using Keys = QList<Qt::Key>;
         // Six columns and two whole rows, or nine whole rows of the list.
-        QTest::newRow("along a row")
-            << true << Keys{Qt::Key_Right, Qt::Key_Right, Qt::Key_Left} << 1;
-        QTest::newRow("into the next row") << true << Keys(6, Qt::Key_Right) << 6;
-        QTest::newRow("down") << true << Keys{Qt::Key_Right, Qt::Key_Down, Qt::Key_Down} << 13;
-        QTest::newRow("up") << true << Keys{Qt::Key_Down, Qt::Key_Down, Qt::Key_Up} << 6;
-        QTest::newRow("not past the end")
-            << true << Keys{Qt::Key_End, Qt::Key_Down, Qt::Key_Right} << 23;
-        QTest::newRow("home") << true << Keys{Qt::Key_End, Qt::Key_Home} << 0;
-        QTest::newRow("a page") << true << Keys{Qt::Key_PageDown, Qt::Key_Right} << 13;
-        QTest::newRow("a page back") << true << Keys{Qt::Key_End, Qt::Key_PageUp} << 11;
-        QTest::newRow("list, down")
-            << false << Keys{Qt::Key_Down, Qt::Key_Right, Qt::Key_Down} << 2;
-        QTest::newRow("list, a page") << false << Keys{Qt::Key_PageDown} << 9;
-        QTest::newRow("list, end") << false << Keys{Qt::Key_End, Qt::Key_Up} << 22;
+        row("along a row", true, Keys{Qt::Key_Right, Qt::Key_Right, Qt::Key_Left}, 1);
+        row("into the next row", true, Keys(6, Qt::Key_Right), 6);
+        row("down", true, Keys{Qt::Key_Right, Qt::Key_Down, Qt::Key_Down}, 13);
+        row("up", true, Keys{Qt::Key_Down, Qt::Key_Down, Qt::Key_Up}, 6);
+        row("not past the end", true, Keys{Qt::Key_End, Qt::Key_Down, Qt::Key_Right}, 23);
+        row("home", true, Keys{Qt::Key_End, Qt::Key_Home}, 0);
+        row("a page", true, Keys{Qt::Key_PageDown, Qt::Key_Right}, 13);
+        row("a page back", true, Keys{Qt::Key_End, Qt::Key_PageUp}, 11);
+        row("list, down", false, Keys{Qt::Key_Down, Qt::Key_Right, Qt::Key_Down}, 2);
+        row("list, a page", false, Keys{Qt::Key_PageDown}, 9);
+        row("list, end", false, Keys{Qt::Key_End, Qt::Key_Up}, 22);
     }
 
     void gridIsWalkedByKeys()
@@ -258,7 +246,7 @@ private Q_SLOTS:
 
     void columnsFitTheWidth_data()
     {
-        QTest::addColumn<int>("width");
+        columns<int>("width");
         for (const int width : {980, 1057, 1058, 1240, 1440, 1600})
             QTest::addRow("%d", width) << width;
     }

@@ -42,6 +42,15 @@ bool startDownload(Program &program, const QByteArray &path = filmPath)
     return !program.state().downloads()->start("Big Film", Program::server().url(path), {});
 }
 
+/// Shows the section, empty at first, and then with a film of which a third is there.
+bool showPartOfADownload(Program &program)
+{
+    serveFilm();
+    return program.show("Downloads") && program.text("No active downloads.") &&
+           startDownload(program) &&
+           QTest::qWaitFor([&] { return task(program).progress() > 0.3; }, patience);
+}
+
 /// Presses a button of the only row: by the mouse, or as the `column`th by keys.
 bool press(Program &program, const QString &button, bool byKeys, int column)
 {
@@ -61,14 +70,6 @@ class tst_Downloads : public QObject
 {
     Q_OBJECT
 
-private:
-    static void mouseAndKeys()
-    {
-        QTest::addColumn<bool>("byKeys");
-        QTest::newRow("by the mouse") << false;
-        QTest::newRow("by keys") << true;
-    }
-
 private Q_SLOTS:
     void initTestCase()
     {
@@ -77,19 +78,15 @@ private Q_SLOTS:
     }
     void init() { QDir(StandardFolders::movies()).removeRecursively(); }
 
-    void downloadIsPausedAndResumed_data() { mouseAndKeys(); }
+    void downloadIsPausedAndResumed_data() { Program::mouseAndKeys(); }
     void downloadIsPausedAndResumed()
     {
         QFETCH(bool, byKeys);
         Program program;
-        serveFilm();
-        QVERIFY(program.show("Downloads"));
-        QVERIFY(program.text("No active downloads."));
-        QVERIFY(startDownload(program));
+        QVERIFY(showPartOfADownload(program));
         QTRY_VERIFY(program.item("QQuickProgressBar"));
         const QPointer<QQuickItem> bar = program.item("QQuickProgressBar");
         QVERIFY(!program.text("No active downloads."));
-        QTRY_VERIFY_WITH_TIMEOUT(task(program).progress() > 0.3, patience);
         QTRY_COMPARE(program.item("QQuickProgressBar")->property("value"),
                      task(program).progress());
 
@@ -111,15 +108,12 @@ private Q_SLOTS:
         QTRY_COMPARE(program.state().playback()->nowPlaying()->title, "film");
     }
 
-    void downloadIsCancelled_data() { mouseAndKeys(); }
+    void downloadIsCancelled_data() { Program::mouseAndKeys(); }
     void downloadIsCancelled()
     {
         QFETCH(bool, byKeys);
         Program program;
-        serveFilm();
-        QVERIFY(program.show("Downloads"));
-        QVERIFY(startDownload(program));
-        QTRY_VERIFY_WITH_TIMEOUT(task(program).progress() > 0.3, patience);
+        QVERIFY(showPartOfADownload(program));
         QVERIFY(press(program, "Cancel / remove", byKeys, 1));
         QTRY_VERIFY(program.state().downloads()->tasks().isEmpty());
         QTRY_VERIFY(program.text("No active downloads."));

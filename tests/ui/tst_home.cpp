@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Program.h"
 #include "WindowTest.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -103,19 +104,13 @@ private Q_SLOTS:
 
     void itemIsSavedAndInspected_data()
     {
-        QTest::addColumn<QString>("control");
-        QTest::addColumn<QString>("section");
-        QTest::addColumn<bool>("inspected");
-        QTest::addColumn<QString>("handed");
+        const auto row =
+            columns<QString, QString, bool, QString>("control", "section", "inspected", "handed");
         const QString page = "web " + Program::server().base() + "/details/film0";
-        QTest::newRow("download") << "Save to Downloads"
-                                  << "Downloads" << false << "";
-        QTest::newRow("torrent") << "Inspect Orvella .torrent"
-                                 << "Home" << true << "";
-        QTest::newRow("page") << "View on Orvella"
-                              << "Home" << false << page;
-        QTest::newRow("licence") << "https://example.org/terms"
-                                 << "Home" << false << "web https://example.org/terms";
+        row("download", "Save to Downloads", "Downloads", false, "");
+        row("torrent", "Inspect Orvella .torrent", "Home", true, "");
+        row("page", "View on Orvella", "Home", false, page);
+        row("licence", "https://example.org/terms", "Home", false, "web https://example.org/terms");
     }
 
     void itemIsSavedAndInspected()

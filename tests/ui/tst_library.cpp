@@ -4,6 +4,7 @@
 #include "WindowTest.h"
 
 #include "platform/StandardFolders.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 
@@ -46,12 +47,7 @@ private Q_SLOTS:
         QVERIFY(!program.control("Clear History"));
     }
 
-    void libraryRemoves_data()
-    {
-        QTest::addColumn<bool>("byKeys");
-        QTest::newRow("by the mouse") << false;
-        QTest::newRow("by keys") << true;
-    }
+    void libraryRemoves_data() { Program::mouseAndKeys(); }
     void libraryRemoves()
     {
         QFETCH(bool, byKeys);
@@ -84,12 +80,9 @@ private Q_SLOTS:
 
     void libraryPlays_data()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("title");
-        QTest::newRow("saved") << "Play"
-                               << "my film";
-        QTest::newRow("history") << "Resume"
-                                 << "Reel 1";
+        const auto row = columns<QString, QString>("button", "title");
+        row("saved", "Play", "my film");
+        row("history", "Resume", "Reel 1");
     }
     void libraryPlays()
     {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "catalogue/MediaItem.h"
+#include "testlib/Table.h"
 #include "ui/ListAdaptor.h"
 
 #include <QAbstractItemModelTester>
@@ -47,40 +48,22 @@ private:
 private Q_SLOTS:
     void followsByDifference_data()
     {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<int>("inserts");
-        QTest::addColumn<int>("removals");
-        QTest::addColumn<int>("moves");
-        QTest::addColumn<int>("changes");
-        QTest::newRow("filled") << ""
-                                << "a b c" << 1 << 0 << 0 << 0;
-        QTest::newRow("emptied") << "a b c"
-                                 << "" << 0 << 1 << 0 << 0;
-        QTest::newRow("the same") << "a b c"
-                                  << "a b c" << 0 << 0 << 0 << 0;
-        QTest::newRow("one changed") << "a b c"
-                                     << "a b:new c" << 0 << 0 << 0 << 1;
-        QTest::newRow("appended") << "a b"
-                                  << "a b c d" << 1 << 0 << 0 << 0;
-        QTest::newRow("in front") << "c d"
-                                  << "a b c d" << 1 << 0 << 0 << 0;
-        QTest::newRow("between") << "a d"
-                                 << "a b c d" << 1 << 0 << 0 << 0;
-        QTest::newRow("first gone") << "a b c"
-                                    << "b c" << 0 << 1 << 0 << 0;
-        QTest::newRow("two runs gone") << "a b c d e"
-                                       << "c" << 0 << 2 << 0 << 0;
-        QTest::newRow("last to the front") << "a b c d"
-                                           << "d a b c" << 0 << 0 << 1 << 0;
-        QTest::newRow("turned around") << "a b c"
-                                       << "c b a" << 0 << 0 << 2 << 0;
-        QTest::newRow("all others") << "a b"
-                                    << "x y z" << 1 << 1 << 0 << 0;
-        QTest::newRow("of everything") << "a b c d"
-                                       << "d:2 x b y" << 2 << 2 << 1 << 1;
-        QTest::newRow("equal keys") << "a a b"
-                                    << "a:2 a b a" << 1 << 0 << 0 << 1;
+        const auto row = columns<QString, QString, int, int, int, int>(
+            "before", "after", "inserts", "removals", "moves", "changes");
+        row("filled", "", "a b c", 1, 0, 0, 0);
+        row("emptied", "a b c", "", 0, 1, 0, 0);
+        row("the same", "a b c", "a b c", 0, 0, 0, 0);
+        row("one changed", "a b c", "a b:new c", 0, 0, 0, 1);
+        row("appended", "a b", "a b c d", 1, 0, 0, 0);
+        row("in front", "c d", "a b c d", 1, 0, 0, 0);
+        row("between", "a d", "a b c d", 1, 0, 0, 0);
+        row("first gone", "a b c", "b c", 0, 1, 0, 0);
+        row("two runs gone", "a b c d e", "c", 0, 2, 0, 0);
+        row("last to the front", "a b c d", "d a b c", 0, 0, 1, 0);
+        row("turned around", "a b c", "c b a", 0, 0, 2, 0);
+        row("all others", "a b", "x y z", 1, 1, 0, 0);
+        row("of everything", "a b c d", "d:2 x b y", 2, 2, 1, 1);
+        row("equal keys", "a a b", "a:2 a b a", 1, 0, 0, 1);
     }
 
     void followsByDifference()
@@ -120,21 +103,19 @@ private Q_SLOTS:
 
     void takesAnyList_data()
     {
-        QTest::addColumn<QVariant>("list");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<int>("count");
+        const auto row = columns<QVariant, QString, int>("list", "key", "count");
         MediaItem item;
         item.id = "a";
         MediaItem other;
         other.id = "b";
-        QTest::newRow("gadgets") << QVariant::fromValue(QList<MediaItem>{item, other}) << "id" << 2;
-        QTest::newRow("texts") << QVariant(QStringList{"a", "b", "c"}) << "" << 3;
-        QTest::newRow("script objects")
-            << QVariant::fromValue(m_script.evaluate("[{id: 'a'}, {id: 'b'}]")) << "id" << 2;
-        QTest::newRow("nothing") << QVariant() << "id" << 0;
-        QTest::newRow("null") << QVariant::fromValue(nullptr) << "id" << 0;
-        QTest::newRow("no list") << QVariant(17) << "id" << 0;
-        QTest::newRow("no such key") << QVariant(records("a b")) << "name" << 2;
+        row("gadgets", QVariant::fromValue(QList<MediaItem>{item, other}), "id", 2);
+        row("texts", QVariant(QStringList{"a", "b", "c"}), "", 3);
+        row("script objects", QVariant::fromValue(m_script.evaluate("[{id: 'a'}, {id: 'b'}]")),
+            "id", 2);
+        row("nothing", QVariant(), "id", 0);
+        row("null", QVariant::fromValue(nullptr), "id", 0);
+        row("no list", QVariant(17), "id", 0);
+        row("no such key", QVariant(records("a b")), "name", 2);
     }
 
     void takesAnyList()

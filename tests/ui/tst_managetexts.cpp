@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "platform/StandardFolders.h"
+#include "testlib/Table.h"
 #include "ui/LibraryRows.h"
 #include "ui/ProviderDraft.h"
 #include "ui/StorageText.h"
@@ -54,19 +55,16 @@ private Q_SLOTS:
 
     void downloads_data()
     {
-        QTest::addColumn<qint64>("received");
-        QTest::addColumn<qint64>("expected");
-        QTest::addColumn<int>("state"); // as in DownloadTask::State
-        QTest::addColumn<double>("progress");
-        QTest::addColumn<QString>("status");
-        QTest::newRow("running") << 250'000LL << 1'000'000LL << 0 << 0.25 << "250.0 kB of 1.0 MB";
-        QTest::newRow("size not known") << 250'000LL << 0LL << 0 << 0.0 << u"250.0 kB of —"_qs;
-        QTest::newRow("size negative") << -1LL << -1LL << 0 << 0.0 << u"— of —"_qs;
-        QTest::newRow("more than expected") << 3'000LL << 2'000LL << 0 << 1.0 << "3.0 kB of 2.0 kB";
-        QTest::newRow("paused") << 500LL << 1'000LL << 1 << 0.5
-                                << u"500 bytes of 1.0 kB · paused"_qs;
-        QTest::newRow("finished") << 1'000LL << 1'000LL << 2 << 1.0 << "Saved to /films/of mine";
-        QTest::newRow("failed") << 0LL << 0LL << 3 << 0.0 << "Failed: HTTP 404";
+        // state: as in DownloadTask::State
+        const auto row = columns<qint64, qint64, int, double, QString>(
+            "received", "expected", "state", "progress", "status");
+        row("running", 250'000LL, 1'000'000LL, 0, 0.25, "250.0 kB of 1.0 MB");
+        row("size not known", 250'000LL, 0LL, 0, 0.0, u"250.0 kB of —"_qs);
+        row("size negative", -1LL, -1LL, 0, 0.0, u"— of —"_qs);
+        row("more than expected", 3'000LL, 2'000LL, 0, 1.0, "3.0 kB of 2.0 kB");
+        row("paused", 500LL, 1'000LL, 1, 0.5, u"500 bytes of 1.0 kB · paused"_qs);
+        row("finished", 1'000LL, 1'000LL, 2, 1.0, "Saved to /films/of mine");
+        row("failed", 0LL, 0LL, 3, 0.0, "Failed: HTTP 404");
     }
 
     void downloads()
@@ -130,17 +128,13 @@ private Q_SLOTS:
 
     void days_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("en_US") << "en_US"
-                               << "March 1, 2025";
-        QTest::newRow("en_GB") << "en_GB"
-                               << "1 March 2025";
-        QTest::newRow("de") << "de_DE" << u"1. März 2025"_qs;
-        QTest::newRow("es") << "es_ES"
-                            << "1 de marzo de 2025";
-        QTest::newRow("hu, weekday last") << "hu_HU" << u"2025. március 1."_qs;
-        QTest::newRow("ja") << "ja_JP" << u"2025年3月1日"_qs;
+        const auto row = columns<QString, QString>("locale", "text");
+        row("en_US", "en_US", "March 1, 2025");
+        row("en_GB", "en_GB", "1 March 2025");
+        row("de", "de_DE", u"1. März 2025"_qs);
+        row("es", "es_ES", "1 de marzo de 2025");
+        row("hu, weekday last", "hu_HU", u"2025. március 1."_qs);
+        row("ja", "ja_JP", u"2025年3月1日"_qs);
     }
 
     void days()
@@ -151,23 +145,14 @@ private Q_SLOTS:
 
     void draft_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("url");
-        QTest::addColumn<bool>("acceptable");
-        QTest::newRow("new") << ""
-                             << "" << false;
-        QTest::newRow("whole") << "N"
-                               << "http://localhost:9117/any/path" << true;
-        QTest::newRow("a space for a name") << " "
-                                            << "http://localhost" << true;
-        QTest::newRow("no name") << ""
-                                 << "http://localhost" << false;
-        QTest::newRow("bare path") << "N"
-                                   << "/api/v2.0" << false;
-        QTest::newRow("bare host and port") << "N"
-                                            << "localhost:9117/api" << false;
-        QTest::newRow("no host") << "N"
-                                 << "http:///api" << false;
+        const auto row = columns<QString, QString, bool>("name", "url", "acceptable");
+        row("new", "", "", false);
+        row("whole", "N", "http://localhost:9117/any/path", true);
+        row("a space for a name", " ", "http://localhost", true);
+        row("no name", "", "http://localhost", false);
+        row("bare path", "N", "/api/v2.0", false);
+        row("bare host and port", "N", "localhost:9117/api", false);
+        row("no host", "N", "http:///api", false);
     }
 
     void draft()

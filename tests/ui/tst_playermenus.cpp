@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Program.h"
 #include "WindowTest.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QFile>
@@ -130,21 +131,19 @@ private Q_SLOTS:
 
     void commands_data()
     {
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("modifiers");
+        const auto row = columns<QString, int, int>("title", "key", "modifiers");
         const int ctrl = Qt::ControlModifier;
         const int shift = Qt::ShiftModifier;
         const int meta = Qt::MetaModifier;
-        QTest::newRow("play") << "Play / Pause" << int(Qt::Key_P) << ctrl;
-        QTest::newRow("back") << "Skip Back 10s" << int(Qt::Key_Left) << ctrl;
-        QTest::newRow("forward") << "Skip Forward 10s" << int(Qt::Key_Right) << ctrl;
-        QTest::newRow("louder") << "Volume Up" << int(Qt::Key_Up) << ctrl;
-        QTest::newRow("quieter") << "Volume Down" << int(Qt::Key_Down) << ctrl;
-        QTest::newRow("mute") << "Mute" << int(Qt::Key_M) << (ctrl | shift);
-        QTest::newRow("full screen") << "Full Screen" << int(Qt::Key_F) << (ctrl | meta);
-        QTest::newRow("full screen by F11") << "Full Screen" << int(Qt::Key_F11) << 0;
-        QTest::newRow("stop") << "Stop" << int(Qt::Key_Period) << ctrl;
+        row("play", "Play / Pause", int(Qt::Key_P), ctrl);
+        row("back", "Skip Back 10s", int(Qt::Key_Left), ctrl);
+        row("forward", "Skip Forward 10s", int(Qt::Key_Right), ctrl);
+        row("louder", "Volume Up", int(Qt::Key_Up), ctrl);
+        row("quieter", "Volume Down", int(Qt::Key_Down), ctrl);
+        row("mute", "Mute", int(Qt::Key_M), (ctrl | shift));
+        row("full screen", "Full Screen", int(Qt::Key_F), (ctrl | meta));
+        row("full screen by F11", "Full Screen", int(Qt::Key_F11), 0);
+        row("stop", "Stop", int(Qt::Key_Period), ctrl);
     }
 
     /// What the player and the window are like, for a comparison before and after.

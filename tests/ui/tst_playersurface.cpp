@@ -3,6 +3,7 @@
 #include "WindowTest.h"
 #include "platform/MediaEngine.h"
 #include "playback/VideoPlayerManager.h"
+#include "testlib/Table.h"
 #include "ui/PlayerSurface.h"
 
 #include <QQuickItem>
@@ -130,11 +131,10 @@ private Q_SLOTS:
 
     void gravity_data()
     {
-        QTest::addColumn<QString>("aspect");
-        QTest::addColumn<bool>("reachesTheTop");
-        QTest::newRow("fit") << "Fit" << false;
-        QTest::newRow("fill") << "Fill" << true;
-        QTest::newRow("stretch") << "Stretch" << true;
+        const auto row = columns<QString, bool>("aspect", "reachesTheTop");
+        row("fit", "Fit", false);
+        row("fill", "Fill", true);
+        row("stretch", "Stretch", true);
     }
 
     void gravity()
@@ -175,8 +175,7 @@ private Q_SLOTS:
 
     void endsInEveryOrder_data()
     {
-        QTest::addColumn<bool>("windowFirst");
-        QTest::addColumn<QString>("when");
+        columns<bool, QString>("windowFirst", "when");
         for (const bool windowFirst : {true, false}) {
             for (const char *when : {"empty", "loading", "playing", "seeking"})
                 QTest::addRow("%s first, %s", windowFirst ? "window" : "engine", when)

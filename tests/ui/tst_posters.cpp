@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "testlib/FaultServer.h"
+#include "testlib/Table.h"
 #include "ui/Format.h"
 #include "ui/PosterImage.h"
 #include "ui/PosterQueue.h"
@@ -87,21 +88,21 @@ class tst_Posters : public QObject
 private Q_SLOTS:
     void decodes_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<bool>("good");
-        QTest::newRow("PNG") << picture({300, 200}, "PNG") << true;
-        QTest::newRow("JPEG") << picture({300, 200}, "JPEG") << true;
-        QTest::newRow("tiny") << picture({3, 3}, "PNG") << true;
-        QTest::newRow("nothing") << QByteArray() << false;
-        QTest::newRow("a web page") << QByteArray("<html><body>Not found</body></html>") << false;
-        QTest::newRow("SVG") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg' width='9' "
-                                           "height='9'><image href='file:///etc/passwd'/></svg>")
-                             << false;
-        QTest::newRow("BMP") << picture({300, 200}, "BMP") << false;
-        QTest::newRow("declares many pixels") << declaring(7'000, 7'000) << true;
-        QTest::newRow("declares too many pixels") << declaring(7'100, 7'100) << false;
-        QTest::newRow("would be too large at this size") << declaring(40'000, 1) << false;
-        QTest::newRow("ends in its header") << picture({300, 200}, "PNG").left(30) << false;
+        const auto row = columns<QByteArray, bool>("bytes", "good");
+        row("PNG", picture({300, 200}, "PNG"), true);
+        row("JPEG", picture({300, 200}, "JPEG"), true);
+        row("tiny", picture({3, 3}, "PNG"), true);
+        row("nothing", QByteArray(), false);
+        row("a web page", "<html><body>Not found</body></html>", false);
+        row("SVG",
+            "<svg xmlns='http://www.w3.org/2000/svg' width='9' "
+            "height='9'><image href='file:///etc/passwd'/></svg>",
+            false);
+        row("BMP", picture({300, 200}, "BMP"), false);
+        row("declares many pixels", declaring(7'000, 7'000), true);
+        row("declares too many pixels", declaring(7'100, 7'100), false);
+        row("would be too large at this size", declaring(40'000, 1), false);
+        row("ends in its header", picture({300, 200}, "PNG").left(30), false);
     }
 
     void decodes()
@@ -116,12 +117,11 @@ private Q_SLOTS:
 
     void fillsAndCrops_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QColor>("left");
-        QTest::newRow("as it is") << QSize(300, 200) << QColor(Qt::red);
-        QTest::newRow("smaller") << QSize(30, 20) << QColor(Qt::red);
-        QTest::newRow("its middle third") << QSize(90, 200) << QColor(Qt::green);
-        QTest::newRow("larger") << QSize(600, 400) << QColor(Qt::red);
+        const auto row = columns<QSize, QColor>("size", "left");
+        row("as it is", QSize(300, 200), QColor(Qt::red));
+        row("smaller", QSize(30, 20), QColor(Qt::red));
+        row("its middle third", QSize(90, 200), QColor(Qt::green));
+        row("larger", QSize(600, 400), QColor(Qt::red));
     }
 
     void fillsAndCrops()
@@ -144,14 +144,14 @@ private Q_SLOTS:
 
     void asksForThatVeryAddress_data()
     {
-        QTest::addColumn<QByteArray>("target");
-        QTest::newRow("plain") << QByteArray("/services/img/film");
-        QTest::newRow("space") << QByteArray("/services/img/a%20film");
-        QTest::newRow("number sign and percent") << QByteArray("/img/50%25%23one");
-        QTest::newRow("escaped slash") << QByteArray("/img/a%2Fb%252Fc");
-        QTest::newRow("accents") << QByteArray("/img/%C3%A9t%C3%A9");
-        QTest::newRow("query") << QByteArray("/img?a=1%262&b=x+y");
-        QTest::newRow("placeholders") << QByteArray("/img/%251%252");
+        const auto row = columns<QByteArray>("target");
+        row("plain", "/services/img/film");
+        row("space", "/services/img/a%20film");
+        row("number sign and percent", "/img/50%25%23one");
+        row("escaped slash", "/img/a%2Fb%252Fc");
+        row("accents", "/img/%C3%A9t%C3%A9");
+        row("query", "/img?a=1%262&b=x+y");
+        row("placeholders", "/img/%251%252");
     }
 
     void asksForThatVeryAddress()
@@ -169,11 +169,10 @@ private Q_SLOTS:
 
     void onesThatDoNotCome_data()
     {
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
-        QTest::newRow("404") << 404 << picture({30, 42}, "PNG");
-        QTest::newRow("no picture") << 200 << QByteArray("<html></html>");
-        QTest::newRow("empty") << 200 << QByteArray();
+        const auto row = columns<int, QByteArray>("status", "body");
+        row("404", 404, picture({30, 42}, "PNG"));
+        row("no picture", 200, "<html></html>");
+        row("empty", 200, QByteArray());
     }
 
     void onesThatDoNotCome()
@@ -236,9 +235,9 @@ private Q_SLOTS:
 
     void engineEndsWhileTheyAreOnTheirWay_data()
     {
-        QTest::addColumn<bool>("asked");
-        QTest::newRow("at once") << false;
-        QTest::newRow("once asked for") << true;
+        const auto row = columns<bool>("asked");
+        row("at once", false);
+        row("once asked for", true);
     }
 
     void engineEndsWhileTheyAreOnTheirWay()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "Program.h"
 #include "WindowTest.h"
+#include "testlib/Table.h"
 
 #include <QAccessible>
 #include <QTest>
@@ -117,31 +118,24 @@ private Q_SLOTS:
 
     void filesOfAnItem_data()
     {
-        QTest::addColumn<QStringList>("files");
-        QTest::addColumn<bool>("restricted");
-        QTest::addColumn<int>("playButtons");
-        QTest::addColumn<int>("saveButtons");
-        QTest::addColumn<QStringList>("shown");
-        QTest::addColumn<QStringList>("hidden");
+        const auto row = columns<QStringList, bool, int, int, QStringList, QStringList>(
+            "files", "restricted", "playButtons", "saveButtons", "shown", "hidden");
         const QString noStream =
             "No Mac-compatible stream (MP4/M4V/MOV) is available. Other formats "
             "can be downloaded.";
         const QString noVideo = "No video files found in this item.";
         const QString locked = "This item is access-restricted and can't be streamed.";
         const QString others = "Other video files (download only)";
-        QTest::newRow("two films, three subtitles")
-            << QStringList{"a.mp4", "b.mov", "a.srt", "b.vtt", "c.srt"} << false << 2 << 2
-            << QStringList{"a.mp4", "b.mov", "h.264 · 1.5 MB",
-                           "3 subtitle file(s) will be available in the player."}
-            << QStringList{others, locked, noVideo};
-        QTest::newRow("nothing that plays here")
-            << QStringList{"a.ogv"} << false << 0 << 1 << QStringList{noStream, others, "a.ogv"}
-            << QStringList{"Play", noVideo};
-        QTest::newRow("no video") << QStringList{"a.mp3"} << false << 0 << 0 << QStringList{noVideo}
-                                  << QStringList{"Play", others, noStream, "a.mp3"};
-        QTest::newRow("restricted")
-            << QStringList{"a.mp4", "b.ogv"} << true << 0 << 0
-            << QStringList{locked, "Play", "a.mp4"} << QStringList{others, "b.ogv"};
+        row("two films, three subtitles", {"a.mp4", "b.mov", "a.srt", "b.vtt", "c.srt"}, false, 2,
+            2,
+            {"a.mp4", "b.mov", "h.264 · 1.5 MB",
+             "3 subtitle file(s) will be available in the player."},
+            {others, locked, noVideo});
+        row("nothing that plays here", {"a.ogv"}, false, 0, 1, {noStream, others, "a.ogv"},
+            {"Play", noVideo});
+        row("no video", {"a.mp3"}, false, 0, 0, {noVideo}, {"Play", others, noStream, "a.mp3"});
+        row("restricted", {"a.mp4", "b.ogv"}, true, 0, 0, {locked, "Play", "a.mp4"},
+            {others, "b.ogv"});
     }
 
     void filesOfAnItem()
@@ -250,11 +244,10 @@ private Q_SLOTS:
 
     void sidebarKeepsItsBounds_data()
     {
-        QTest::addColumn<int>("by");
-        QTest::addColumn<int>("width");
-        QTest::newRow("wider") << 30 << 220;
-        QTest::newRow("too wide") << 400 << 240;
-        QTest::newRow("too narrow") << -150 << 170;
+        const auto row = columns<int, int>("by", "width");
+        row("wider", 30, 220);
+        row("too wide", 400, 240);
+        row("too narrow", -150, 170);
     }
 
     void sidebarKeepsItsBounds()

@@ -4,6 +4,7 @@
 #include "WindowTest.h"
 
 #include "platform/StandardFolders.h"
+#include "testlib/Table.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -30,16 +31,8 @@ class tst_Settings : public QObject
 {
     Q_OBJECT
 
-private:
-    static void mouseAndKeys()
-    {
-        QTest::addColumn<bool>("byKeys");
-        QTest::newRow("by the mouse") << false;
-        QTest::newRow("by keys") << true;
-    }
-
 private Q_SLOTS:
-    void providers_data() { mouseAndKeys(); }
+    void providers_data() { Program::mouseAndKeys(); }
     void providers()
     {
         QFETCH(bool, byKeys);
@@ -137,24 +130,21 @@ private Q_SLOTS:
 
     void steppers_data()
     {
-        QTest::addColumn<QString>("setting");
-        QTest::addColumn<int>("from");
-        QTest::addColumn<Qt::Key>("key");
-        QTest::addColumn<int>("to");
+        const auto row = columns<QString, int, Qt::Key, int>("setting", "from", "key", "to");
         const QString limit = "cacheLimitMB";
         const QString days = "autoCleanDays";
-        QTest::newRow("limit up") << limit << 1024 << Qt::Key_Up << 1152;
-        QTest::newRow("limit down") << limit << 256 << Qt::Key_Down << 128;
-        QTest::newRow("limit at its least") << limit << 128 << Qt::Key_Down << 128;
-        QTest::newRow("limit near its least") << limit << 200 << Qt::Key_Down << 128;
-        QTest::newRow("limit below its least") << limit << 5 << Qt::Key_Down << 5;
-        QTest::newRow("limit at its most") << limit << 51'200 << Qt::Key_Up << 51'200;
-        QTest::newRow("limit near its most") << limit << 51'100 << Qt::Key_Up << 51'200;
-        QTest::newRow("limit beyond its most") << limit << 60'000 << Qt::Key_Down << 51'200;
-        QTest::newRow("days up from never") << days << 0 << Qt::Key_Up << 1;
-        QTest::newRow("days down to never") << days << 1 << Qt::Key_Down << 0;
-        QTest::newRow("never") << days << 0 << Qt::Key_Down << 0;
-        QTest::newRow("days at their most") << days << 90 << Qt::Key_Up << 90;
+        row("limit up", limit, 1024, Qt::Key_Up, 1152);
+        row("limit down", limit, 256, Qt::Key_Down, 128);
+        row("limit at its least", limit, 128, Qt::Key_Down, 128);
+        row("limit near its least", limit, 200, Qt::Key_Down, 128);
+        row("limit below its least", limit, 5, Qt::Key_Down, 5);
+        row("limit at its most", limit, 51'200, Qt::Key_Up, 51'200);
+        row("limit near its most", limit, 51'100, Qt::Key_Up, 51'200);
+        row("limit beyond its most", limit, 60'000, Qt::Key_Down, 51'200);
+        row("days up from never", days, 0, Qt::Key_Up, 1);
+        row("days down to never", days, 1, Qt::Key_Down, 0);
+        row("never", days, 0, Qt::Key_Down, 0);
+        row("days at their most", days, 90, Qt::Key_Up, 90);
     }
     void steppers()
     {
@@ -204,10 +194,9 @@ private Q_SLOTS:
 
     void folders_data()
     {
-        QTest::addColumn<QString>("setting");
-        QTest::addColumn<int>("row");
-        QTest::newRow("cache") << "cachePath" << 0;
-        QTest::newRow("downloads") << "downloadsPath" << 1;
+        const auto row = columns<QString, int>("setting", "row");
+        row("cache", "cachePath", 0);
+        row("downloads", "downloadsPath", 1);
     }
     void folders()
     {

@@ -3,7 +3,7 @@
 #include "TorrentScene.h"
 #include "WindowTest.h"
 
-#include "platform/ServiceHosts.h"
+#include "testlib/Table.h"
 #include "ui/Clipboard.h"
 
 #include <QAccessible>
@@ -39,45 +39,19 @@ class tst_TorrentActions : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        ServiceHosts hosts = ServiceHosts::current();
-        hosts.archive = hosts.apibay = hosts.yts = Program::server().base();
-        ServiceHosts::replace(hosts);
-        Program::server().serve("/reel.torrent", {.body = metainfo});
-    }
+    void initTestCase() { Program::server().serve("/reel.torrent", {.body = metainfo}); }
 
     void rowMenu_data()
     {
-        QTest::addColumn<QString>("choice");
-        QTest::addColumn<QString>("handed");
-        QTest::addColumn<QString>("copied");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("page") << "Open Source Page"
-                              << "web http://page.example/"
-                              << ""
-                              << "";
-        QTest::newRow("open magnet") << "Open Magnet in Torrent App"
-                                     << "open " + magnet << ""
-                                     << "";
-        QTest::newRow("copy magnet") << "Copy Magnet Link"
-                                     << "" << magnet << "";
-        QTest::newRow("copy hash") << "Copy Info Hash"
-                                   << ""
-                                   << "0123456789abcdef0123456789abcdef01234567"
-                                   << "";
-        QTest::newRow("magnet") << "Inspect Magnet"
-                                << ""
-                                << ""
-                                << "0 tracker(s)";
-        QTest::newRow("file") << "Inspect .torrent File"
-                              << ""
-                              << ""
-                              << "2 file(s) · 1.5 MB · 1 video";
-        QTest::newRow("item") << "Details & Play…"
-                              << ""
-                              << ""
-                              << "reel.mp4";
+        const auto row =
+            columns<QString, QString, QString, QString>("choice", "handed", "copied", "shown");
+        row("page", "Open Source Page", "web http://page.example/", "", "");
+        row("open magnet", "Open Magnet in Torrent App", "open " + magnet, "", "");
+        row("copy magnet", "Copy Magnet Link", "", magnet, "");
+        row("copy hash", "Copy Info Hash", "", "0123456789abcdef0123456789abcdef01234567", "");
+        row("magnet", "Inspect Magnet", "", "", "0 tracker(s)");
+        row("file", "Inspect .torrent File", "", "", "2 file(s) · 1.5 MB · 1 video");
+        row("item", "Details & Play…", "", "", "reel.mp4");
     }
 
     void rowMenu()

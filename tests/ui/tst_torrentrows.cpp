@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "testlib/Table.h"
 #include "ui/ProviderChip.h"
 #include "ui/TorrentAction.h"
 #include "ui/TorrentInspectorModel.h"
@@ -75,23 +76,17 @@ class tst_TorrentRows : public QObject
 private Q_SLOTS:
     void cellsOfARow_data()
     {
-        QTest::addColumn<TorrentResult>("only");
-        QTest::addColumn<QStringList>("texts");
+        const auto row = columns<TorrentResult, QStringList>("only", "texts");
         TorrentResult full = result("Film 1080p mkv", "YTS ApiBay", 1'500'000'000, 12);
         full.leechers = 3;
-        QTest::newRow("all known")
-            << full << QStringList{"1.5 GB", "12", "true", "3", "1080p", "mkv", "YTS, ApiBay", ""};
-        QTest::newRow("nothing known")
-            << result("Film") << QStringList{"—", "—", "false", "—", "—", "—", "A", ""};
-        QTest::newRow("no seeds, negative size")
-            << result("Film", "A", -5, 0) << QStringList{"—", "0", "false", "—", "—", "—", "A", ""};
-        QTest::newRow("catalogue")
-            << catalogueResult({})
-            << QStringList{"—", "—",   "false", "—",
-                           "—", "mp4", "A",     "Orvella catalog item · license not stated"};
-        QTest::newRow("licensed") << catalogueResult("http://l.example")
-                                  << QStringList{"—", "—",   "false", "—",
-                                                 "—", "mp4", "A",     "Licensed: http://l.example"};
+        row("all known", full, {"1.5 GB", "12", "true", "3", "1080p", "mkv", "YTS, ApiBay", ""});
+        row("nothing known", result("Film"), {"—", "—", "false", "—", "—", "—", "A", ""});
+        row("no seeds, negative size", result("Film", "A", -5, 0),
+            {"—", "0", "false", "—", "—", "—", "A", ""});
+        row("catalogue", catalogueResult({}),
+            {"—", "—", "false", "—", "—", "mp4", "A", "Orvella catalog item · license not stated"});
+        row("licensed", catalogueResult("http://l.example"),
+            {"—", "—", "false", "—", "—", "mp4", "A", "Licensed: http://l.example"});
     }
 
     void cellsOfARow()
@@ -102,39 +97,22 @@ private Q_SLOTS:
 
     void filters_data()
     {
-        QTest::addColumn<TorrentResult>("only");
-        QTest::addColumn<QString>("resolution");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<int>("maxSizeGB");
-        QTest::addColumn<QString>("hidden");
-        QTest::addColumn<bool>("shown");
+        const auto row = columns<TorrentResult, QString, QString, int, QString, bool>(
+            "only", "resolution", "format", "maxSizeGB", "hidden", "shown");
         const TorrentResult film = result("Film 720p avi", "ApiBay YTS", 2 * gigabytes);
-        QTest::newRow("none") << film << "Any"
-                              << "Any" << 0 << "" << true;
-        QTest::newRow("its resolution") << film << "720p"
-                                        << "Any" << 0 << "" << true;
-        QTest::newRow("another resolution") << film << "1080p"
-                                            << "Any" << 0 << "" << false;
-        QTest::newRow("unknown resolution") << result("Film") << "1080p"
-                                            << "Any" << 0 << "" << false;
-        QTest::newRow("its format") << film << "Any"
-                                    << "avi" << 0 << "" << true;
-        QTest::newRow("another format") << film << "Any"
-                                        << "mkv" << 0 << "" << false;
-        QTest::newRow("just the limit") << film << "Any"
-                                        << "Any" << 2 << "" << true;
-        QTest::newRow("a byte more") << result("Film", "A", 2 * gigabytes + 1) << "Any"
-                                     << "Any" << 2 << "" << false;
-        QTest::newRow("unknown size") << result("Film") << "Any"
-                                      << "Any" << 2 << "" << true;
-        QTest::newRow("one source hidden") << film << "Any"
-                                           << "Any" << 0 << "ApiBay" << true;
-        QTest::newRow("both hidden") << film << "Any"
-                                     << "Any" << 0 << "YTS ApiBay" << false;
-        QTest::newRow("its only source hidden") << result("Film", "ApiBay") << "Any"
-                                                << "Any" << 0 << "ApiBay" << false;
-        QTest::newRow("one fits, one does not") << film << "720p"
-                                                << "mkv" << 0 << "" << false;
+        row("none", film, "Any", "Any", 0, "", true);
+        row("its resolution", film, "720p", "Any", 0, "", true);
+        row("another resolution", film, "1080p", "Any", 0, "", false);
+        row("unknown resolution", result("Film"), "1080p", "Any", 0, "", false);
+        row("its format", film, "Any", "avi", 0, "", true);
+        row("another format", film, "Any", "mkv", 0, "", false);
+        row("just the limit", film, "Any", "Any", 2, "", true);
+        row("a byte more", result("Film", "A", 2 * gigabytes + 1), "Any", "Any", 2, "", false);
+        row("unknown size", result("Film"), "Any", "Any", 2, "", true);
+        row("one source hidden", film, "Any", "Any", 0, "ApiBay", true);
+        row("both hidden", film, "Any", "Any", 0, "YTS ApiBay", false);
+        row("its only source hidden", result("Film", "ApiBay"), "Any", "Any", 0, "ApiBay", false);
+        row("one fits, one does not", film, "720p", "mkv", 0, "", false);
     }
 
     void filters()
@@ -166,17 +144,16 @@ private Q_SLOTS:
     void order_data()
     {
         using enum TorrentSort::Key;
-        QTest::addColumn<QList<TorrentSort::Key>>("clicks");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("at first, by seeds") << QList<TorrentSort::Key>{} << "b C d a10 a2";
-        QTest::newRow("seeds turned") << QList{Seeds} << "a2 a10 d b C";
-        QTest::newRow("titles as people sort") << QList{Title} << "a2 a10 b C d";
-        QTest::newRow("titles turned") << QList{Title, Title} << "d C b a10 a2";
-        QTest::newRow("sizes, none first") << QList{Size} << "a2 C a10 b d";
-        QTest::newRow("sizes turned") << QList{Size, Size} << "b d a10 C a2";
-        QTest::newRow("no peers at all") << QList{Peers} << "b C d a10 a2";
-        QTest::newRow("sources, sorted each") << QList{Source} << "C a10 d b a2";
-        QTest::newRow("titles behind sources") << QList{Title, Source} << "a10 C d b a2";
+        const auto row = columns<QList<TorrentSort::Key>, QString>("clicks", "shown");
+        row("at first, by seeds", {}, "b C d a10 a2");
+        row("seeds turned", QList{Seeds}, "a2 a10 d b C");
+        row("titles as people sort", QList{Title}, "a2 a10 b C d");
+        row("titles turned", QList{Title, Title}, "d C b a10 a2");
+        row("sizes, none first", QList{Size}, "a2 C a10 b d");
+        row("sizes turned", QList{Size, Size}, "b d a10 C a2");
+        row("no peers at all", QList{Peers}, "b C d a10 a2");
+        row("sources, sorted each", QList{Source}, "C a10 d b a2");
+        row("titles behind sources", QList{Title, Source}, "a10 C d b a2");
     }
 
     void order()
@@ -202,22 +179,15 @@ private Q_SLOTS:
 
     void rowsFollowTheSearch_data()
     {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<int>("current"); // of "c", which is in row 2
-        QTest::addColumn<QList<int>>("moves");
-        QTest::newRow("more above") << "a9 b8 c7 d6"
-                                    << "a9 b8 c7 d6 x9 y8" << 4 << QList{2};
-        QTest::newRow("more below") << "a9 b8 c7 d6"
-                                    << "a9 b8 c7 d6 x1" << 2 << QList<int>{};
-        QTest::newRow("better seeded") << "a9 b8 c7 d6"
-                                       << "a9 b8 c99 d6" << 0 << QList{-2};
-        QTest::newRow("fewer above") << "a9 b8 c7 d6"
-                                     << "b8 c7" << 1 << QList{-1};
-        QTest::newRow("gone") << "a9 b8 c7 d6"
-                              << "a9 d6" << -1 << QList<int>{};
-        QTest::newRow("a new search") << "a9 b8 c7"
-                                      << "" << -1 << QList<int>{};
+        // current: of "c", which is in row 2
+        const auto row =
+            columns<QString, QString, int, QList<int>>("before", "after", "current", "moves");
+        row("more above", "a9 b8 c7 d6", "a9 b8 c7 d6 x9 y8", 4, QList{2});
+        row("more below", "a9 b8 c7 d6", "a9 b8 c7 d6 x1", 2, {});
+        row("better seeded", "a9 b8 c7 d6", "a9 b8 c99 d6", 0, QList{-2});
+        row("fewer above", "a9 b8 c7 d6", "b8 c7", 1, QList{-1});
+        row("gone", "a9 b8 c7 d6", "a9 d6", -1, {});
+        row("a new search", "a9 b8 c7", "", -1, {});
     }
 
     void rowsFollowTheSearch()
@@ -258,26 +228,23 @@ private Q_SLOTS:
 
     void actions_data()
     {
-        QTest::addColumn<TorrentResult>("only");
-        QTest::addColumn<QStringList>("titles");
+        const auto row = columns<TorrentResult, QStringList>("only", "titles");
         const QStringList magnet{"Inspect Magnet", "Open Magnet in Torrent App",
                                  "Copy Magnet Link"};
         TorrentResult found = result("Film");
-        QTest::newRow("nothing") << found << QStringList{};
+        row("nothing", found, {});
         found.infoHash = "ab";
         found.magnet = "magnet:?x";
-        QTest::newRow("magnet and hash") << found << magnet + QStringList{"Copy Info Hash"};
+        row("magnet and hash", found, magnet + QStringList{"Copy Info Hash"});
         found.torrentURL = QUrl("http://t.example/a.torrent");
         found.pageURL = QUrl("http://t.example/");
-        QTest::newRow("file and page")
-            << found
-            << magnet + QStringList{"Inspect .torrent File", "Open Source Page", "Copy Info Hash"};
+        row("file and page", found,
+            magnet + QStringList{"Inspect .torrent File", "Open Source Page", "Copy Info Hash"});
         found.magnet.reset();
         found.infoHash.reset();
         found.torrentURL.reset();
         found.archiveID = "film";
-        QTest::newRow("catalogue item")
-            << found << QStringList{"Details & Play…", "Open Source Page"};
+        row("catalogue item", found, {"Details & Play…", "Open Source Page"});
     }
 
     void actions()
@@ -291,14 +258,14 @@ private Q_SLOTS:
 
     void chips_data()
     {
-        QTest::addColumn<ProviderStatus>("status");
-        QTest::addColumn<QStringList>("shown"); // text, symbol, whether it failed
+        // shown: text, symbol, whether it failed
+        const auto row = columns<ProviderStatus, QStringList>("status", "shown");
         const QUuid id = QUuid::createUuid();
-        QTest::newRow("asked") << ProviderStatus{id, "A"} << QStringList{"A", "", "0"};
-        QTest::newRow("answered") << ProviderStatus{id, "A", ProviderStatus::Ok{0}}
-                                  << QStringList{"A: 0", "checkmark.circle.fill", "0"};
-        QTest::newRow("failed") << ProviderStatus{id, "A", ProviderStatus::Failed{"Timed out"}}
-                                << QStringList{"A: Timed out", "xmark.octagon.fill", "1"};
+        row("asked", ProviderStatus{id, "A"}, {"A", "", "0"});
+        row("answered", ProviderStatus{id, "A", ProviderStatus::Ok{0}},
+            {"A: 0", "checkmark.circle.fill", "0"});
+        row("failed", ProviderStatus{id, "A", ProviderStatus::Failed{"Timed out"}},
+            {"A: Timed out", "xmark.octagon.fill", "1"});
     }
 
     void chips()
@@ -310,24 +277,18 @@ private Q_SLOTS:
 
     void inspector_data()
     {
-        QTest::addColumn<QList<TorrentFileEntry>>("files");
-        QTest::addColumn<QString>("summary");
-        QTest::addColumn<QString>("symbols");
+        const auto row =
+            columns<QList<TorrentFileEntry>, QString, QString>("files", "summary", "symbols");
         using Files = QList<TorrentFileEntry>;
-        QTest::newRow("one film") << Files{{"movie.mkv", 1'500'000'000}}
-                                  << "1 file(s) · 1.5 GB · 1 video"
-                                  << "film";
-        QTest::newRow("of three kinds")
-            << Files{{"T/a.MP4", 1000}, {"T/a.SRT", 500}, {"T/read.nfo", 0}}
-            << "3 file(s) · 1.5 kB · 1 video"
-            << "film captions.bubble doc";
-        QTest::newRow("no extension of its own")
-            << Files{{"T.mkv/read", 1}, {"T/.mkv", 1}, {"mkv", 1}, {"T/a.", 1}}
-            << "4 file(s) · 4 bytes · 0 video"
-            << "doc doc doc doc";
-        QTest::newRow("sizes that make no sense")
-            << Files{{"a.ts", -7}, {"b.sub", 2}} << "2 file(s) · — · 1 video"
-            << "film captions.bubble";
+        row("one film", Files{{"movie.mkv", 1'500'000'000}}, "1 file(s) · 1.5 GB · 1 video",
+            "film");
+        row("of three kinds", Files{{"T/a.MP4", 1000}, {"T/a.SRT", 500}, {"T/read.nfo", 0}},
+            "3 file(s) · 1.5 kB · 1 video", "film captions.bubble doc");
+        row("no extension of its own",
+            Files{{"T.mkv/read", 1}, {"T/.mkv", 1}, {"mkv", 1}, {"T/a.", 1}},
+            "4 file(s) · 4 bytes · 0 video", "doc doc doc doc");
+        row("sizes that make no sense", Files{{"a.ts", -7}, {"b.sub", 2}},
+            "2 file(s) · — · 1 video", "film captions.bubble");
     }
 
     void inspector()

@@ -3,7 +3,7 @@
 #include "TorrentScene.h"
 #include "WindowTest.h"
 
-#include "platform/ServiceHosts.h"
+#include "testlib/Table.h"
 #include "ui/Clipboard.h"
 
 #include <algorithm>
@@ -50,13 +50,6 @@ class tst_Torrents : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        ServiceHosts hosts = ServiceHosts::current();
-        hosts.archive = hosts.apibay = hosts.yts = Program::server().base();
-        ServiceHosts::replace(hosts);
-    }
-
     void withoutProviders()
     {
         Program program;
@@ -139,11 +132,10 @@ private Q_SLOTS:
 
     void magnetField_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("accepted");
-        QTest::newRow("a link") << magnet << true;
-        QTest::newRow("spaces") << "  " << false;
-        QTest::newRow("words") << "reel one" << false;
+        const auto row = columns<QString, bool>("text", "accepted");
+        row("a link", magnet, true);
+        row("spaces", "  ", false);
+        row("words", "reel one", false);
     }
 
     void magnetField()
