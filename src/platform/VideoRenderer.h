@@ -23,7 +23,8 @@ public:
 
     /// False: the engine cannot draw here.
     virtual bool start(GetProcAddress getProcAddress) = 0;
-    virtual void draw(unsigned framebuffer, QSize size) = 0; // pixels
+    /// The size in pixels. False: there is no picture to be seen; what was drawn is not one.
+    virtual bool draw(unsigned framebuffer, QSize size) = 0;
     virtual void stop() = 0;
 };
 

@@ -31,32 +31,29 @@ void ItemDetailModel::setItem(const QVariant &item)
     if (item.canConvert<MediaItem>())
         load(item.value<MediaItem>().id);
     else
-        publish({}, {}, false);
+        publish({}, {});
 }
 
 QCoro::Task<> ItemDetailModel::load(QString id)
 {
     const QPointer<ItemDetailModel> self(this);
     const std::stop_token stop = m_stop.get_token();
-    publish({}, {}, true);
+    publish({}, {});
     const Result<ArchiveDetails> details = co_await OrvellaProvider::details(id, stop);
     if (!self || stop.stop_requested())
         co_return;
     if (details)
-        publish(*details, {}, false);
+        publish(*details, {});
     else
-        publish({}, details.error().text, false);
+        publish({}, details.error().text);
 }
 
-void ItemDetailModel::publish(std::optional<ArchiveDetails> details, const QString &error,
-                              bool loading)
+void ItemDetailModel::publish(std::optional<ArchiveDetails> details, const QString &error)
 {
     m_details = std::move(details);
     m_error = error;
-    m_loading = loading;
     Q_EMIT detailsChanged();
     Q_EMIT errorChanged();
-    Q_EMIT loadingChanged();
 }
 
 } // namespace tavelo

@@ -22,7 +22,6 @@ class ItemDetailModel : public QObject
     Q_PROPERTY(QVariant item READ item WRITE setItem NOTIFY itemChanged)
     Q_PROPERTY(QVariant details READ details NOTIFY detailsChanged)
     Q_PROPERTY(QString error READ error NOTIFY errorChanged)
-    Q_PROPERTY(bool loading READ loading NOTIFY loadingChanged)
 
 public:
     explicit ItemDetailModel(QObject *parent = nullptr);
@@ -32,22 +31,19 @@ public:
     void setItem(const QVariant &item);       // a MediaItem; anything else is none
     QVariant details() const;                 // an ArchiveDetails; null until loaded
     QString error() const { return m_error; } // empty: none
-    bool loading() const { return m_loading; }
 
 Q_SIGNALS:
     void itemChanged();
     void detailsChanged();
     void errorChanged();
-    void loadingChanged();
 
 private:
     QCoro::Task<> load(QString id);
-    void publish(std::optional<ArchiveDetails> details, const QString &error, bool loading);
+    void publish(std::optional<ArchiveDetails> details, const QString &error);
 
     QVariant m_item;
     std::optional<ArchiveDetails> m_details;
     QString m_error;
-    bool m_loading = false;
     std::stop_source m_stop;
 };
 

@@ -29,9 +29,8 @@ public:
     {
         if (m_wanted != m_renderer)
             replace(m_wanted);
-        if (m_drawing)
-            m_renderer->draw(framebufferObject()->handle(), framebufferObject()->size());
-        else
+        if (!m_drawing ||
+            !m_renderer->draw(framebufferObject()->handle(), framebufferObject()->size()))
             clear();
         QQuickOpenGLUtils::resetOpenGLState();
     }
@@ -47,8 +46,9 @@ private:
         });
     }
 
-    static void clear()
+    void clear() const
     {
+        framebufferObject()->bind(); // libmpv leaves another one
         QOpenGLFunctions *gl = QOpenGLContext::currentContext()->functions();
         gl->glClearColor(0, 0, 0, 1);
         gl->glClear(GL_COLOR_BUFFER_BIT);

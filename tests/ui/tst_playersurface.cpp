@@ -173,6 +173,20 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(screen.shownFrame() > 0 && screen.shownFrame() < 50, 10'000);
     }
 
+    void nothingIsLeftOfAFilmThatIsOver()
+    {
+        Screen screen;
+        screen.manager->load(clip("counted.mp4"), 2);
+        QTRY_VERIFY_WITH_TIMEOUT(screen.shownFrame() > 50, 10'000);
+        screen.manager->stop();
+        QTRY_COMPARE(screen.shownFrame(), 0);
+        screen.manager->load(clip("counted.mp4"), 2);
+        QTRY_VERIFY_WITH_TIMEOUT(screen.shownFrame() > 50, 10'000);
+        screen.manager->load(QUrl::fromLocalFile(QStringLiteral("/nonexistent.mp4")), 0);
+        QTRY_VERIFY(screen.manager->error());
+        QTRY_COMPARE(screen.shownFrame(), 0);
+    }
+
     void endsInEveryOrder_data()
     {
         columns<bool, QString>("windowFirst", "when");

@@ -49,7 +49,9 @@ private Q_SLOTS:
     {
         Program program;
         QVERIFY(program.show());
-        QTRY_VERIFY_WITH_TIMEOUT(program.text("Popular on Orvella This Week"), patience);
+        for (const char *shelf : {"Featured Public-Domain Films", "Popular on Orvella This Week"})
+            QTRY_VERIFY_WITH_TIMEOUT(program.text(shelf), patience);
+        QTRY_VERIFY(program.countControls("Film 2") == 2);
         for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right, Qt::Key_Right,
                                   Qt::Key_Left, Qt::Key_Return})
             program.key(key);

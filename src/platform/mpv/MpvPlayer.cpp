@@ -141,6 +141,7 @@ void MpvPlayer::clear()
 void MpvPlayer::resetItem()
 {
     ++m_loadSerial;
+    m_renderer->setBlank(true); // libmpv keeps showing the former film
     m_seek.end(false);
     if (m_stream)
         m_stream->cancel();
@@ -269,6 +270,8 @@ void MpvPlayer::handle(const mpv_event &event)
         break;
     case MPV_EVENT_PLAYBACK_RESTART:
         m_tickDue = m_seek.restarted() || m_tickDue;
+        if (m_entryStarted)
+            m_renderer->setBlank(false);
         break;
     case MPV_EVENT_PROPERTY_CHANGE:
         propertyChanged(static_cast<Property>(event.reply_userdata),

@@ -19,6 +19,12 @@ void MpvRenderer::setFrameListener(std::function<void()> listener)
     m_listener = std::move(listener);
 }
 
+void MpvRenderer::setBlank(bool blank)
+{
+    m_blank = blank;
+    frameReady();
+}
+
 void MpvRenderer::frameReady()
 {
     const std::scoped_lock lock(m_mutex);
@@ -52,10 +58,10 @@ bool MpvRenderer::start(GetProcAddress getProcAddress)
     return true;
 }
 
-void MpvRenderer::draw(unsigned framebuffer, QSize size)
+bool MpvRenderer::draw(unsigned framebuffer, QSize size)
 {
     if (!m_context)
-        return;
+        return false;
     mpv_render_context_update(m_context);
     mpv_opengl_fbo target{static_cast<int>(framebuffer), size.width(), size.height(), 0};
     int flip = 0;
@@ -64,7 +70,9 @@ void MpvRenderer::draw(unsigned framebuffer, QSize size)
                                      {MPV_RENDER_PARAM_FLIP_Y, &flip},
                                      {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &wait},
                                      {MPV_RENDER_PARAM_INVALID, nullptr}};
+    // Also when it is not to be seen: libmpv waits for its frames to be drawn.
     mpv_render_context_render(m_context, parameters);
+    return !m_blank;
 }
 
 void MpvRenderer::stop()

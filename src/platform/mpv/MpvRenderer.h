@@ -4,6 +4,7 @@
 
 #include "platform/VideoRenderer.h"
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -22,9 +23,12 @@ public:
     {}
     ~MpvRenderer() override;
 
+    /// Without a picture from now on, or with libmpv's; any thread.
+    void setBlank(bool blank);
+
     void setFrameListener(std::function<void()> listener) override;
     bool start(GetProcAddress getProcAddress) override;
-    void draw(unsigned framebuffer, QSize size) override;
+    bool draw(unsigned framebuffer, QSize size) override;
     void stop() override;
 
 private:
@@ -33,6 +37,7 @@ private:
     std::weak_ptr<MpvCore> m_core;
     std::shared_ptr<MpvCore> m_drawnCore;
     mpv_render_context *m_context = nullptr;
+    std::atomic_bool m_blank = true;
     std::mutex m_mutex; // guards m_listener
     std::function<void()> m_listener;
 };

@@ -19,10 +19,11 @@ ListRow {
     buttons: record.canPlay ? [playButton, saveButton] : record.canDownload ? [saveButton] : []
     implicitHeight: isHeading ? 32 : 56
 
-    Accessible.name: isHeading ? record.heading : name
+    Accessible.ignored: isHeading
+    Accessible.name: name
 
     Label {
-        Accessible.ignored: true
+        Accessible.ignored: !row.isHeading || row.record.silent
         anchors.verticalCenter: parent.verticalCenter
         font.pixelSize: Theme.headline
         font.weight: Font.DemiBold

@@ -11,7 +11,7 @@ QtObject {
     readonly property bool restricted: loaded && details.restricted
     readonly property var playable: loaded ? details.playable : []
     readonly property var others: loaded ? details.otherVideos : []
-    readonly property string torrent: loaded ? details.torrentURL : ""
+    readonly property url torrent: loaded ? details.torrentURL : ""
     readonly property int subtitleCount: loaded ? details.subtitles.length : 0
 
     // For FileRow: every group of files after its heading.
@@ -34,6 +34,7 @@ QtObject {
         const rows = [];
         for (const file of files)
             rows.push({ file: file, canPlay: canPlay, canDownload: !restricted });
-        return rows.length > 0 ? [{ heading: heading }].concat(rows) : [];
+        // The buttons say "Play" too, and can be pressed.
+        return rows.length > 0 ? [{ heading: heading, silent: canPlay }].concat(rows) : [];
     }
 }

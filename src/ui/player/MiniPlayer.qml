@@ -47,23 +47,9 @@ Rectangle {
                                                 + Format.time(mini.player.duration)
             }
         }
-        IconButton {
-            symbol: "gobackward.10"
-            text: qsTr("Back 10 seconds")
-
-            onClicked: mini.player.seekBy(-10)
-        }
-        IconButton {
-            symbol: mini.player.isPlaying ? "pause.fill" : "play.fill"
-            text: mini.player.isPlaying ? qsTr("Pause") : qsTr("Play")
-
-            onClicked: mini.player.toggle()
-        }
-        IconButton {
-            symbol: "goforward.10"
-            text: qsTr("Forward 10 seconds")
-
-            onClicked: mini.player.seekBy(10)
+        TransportButtons {
+            player: mini.player
+            spacing: 12
         }
         IconButton {
             symbol: "arrow.up.left.and.arrow.down.right"

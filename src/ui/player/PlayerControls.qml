@@ -49,26 +49,11 @@ Rectangle {
         RowLayout {
             spacing: 4
 
-            IconButton {
-                symbol: "gobackward.10"
+            TransportButtons {
                 iconSize: 22
-                text: qsTr("Back 10 seconds")
-
-                onClicked: controls.player.seekBy(-10)
-            }
-            IconButton {
-                iconSize: 30
-                symbol: controls.player.isPlaying ? "pause.fill" : "play.fill"
-                text: controls.player.isPlaying ? qsTr("Pause") : qsTr("Play")
-
-                onClicked: controls.player.toggle()
-            }
-            IconButton {
-                iconSize: 22
-                symbol: "goforward.10"
-                text: qsTr("Forward 10 seconds")
-
-                onClicked: controls.player.seekBy(10)
+                playSize: 30
+                player: controls.player
+                spacing: 4
             }
             IconButton {
                 Layout.leftMargin: 8
