@@ -17,14 +17,15 @@ ListRow {
 
     bare: isHeading
     buttons: record.canPlay ? [playButton, saveButton] : record.canDownload ? [saveButton] : []
-    implicitHeight: isHeading ? 32 : 56
+    implicitHeight: isHeading ? 40 : 56
 
     Accessible.ignored: isHeading
     Accessible.name: name
 
     Label {
         Accessible.ignored: !row.isHeading || row.record.silent
-        anchors.verticalCenter: parent.verticalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 6
         font.pixelSize: Theme.headline
         font.weight: Font.DemiBold
         heading: true
