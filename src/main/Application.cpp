@@ -40,16 +40,12 @@ QString activationToken()
     return token.isEmpty() ? qEnvironmentVariable("DESKTOP_STARTUP_ID") : token;
 }
 
-QStringList requested()
-{
-    return Intake::addresses(QCoreApplication::arguments().mid(1), QDir::currentPath());
-}
-
 } // namespace
 
 Application::Application(int &argc, char **argv)
     : m_activationToken(activationToken())
     , m_application(prepared(argc), argv)
+    , m_requested(Intake::addresses(QCoreApplication::arguments().mid(1), QDir::currentPath()))
 {
     // The toolkit has just taken over the user's locale; the media engine needs the decimal point.
     std::setlocale(LC_NUMERIC, "C");
@@ -62,8 +58,10 @@ std::optional<int> Application::claim()
     m_instance = std::make_unique<SingleInstance>(
         QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation),
         StandardFolders::configuration());
-    switch (m_instance->claim({requested(), m_activationToken})) {
+    switch (m_instance->claim({m_requested, m_activationToken})) {
     case SingleInstance::Role::First:
+        // The folder of the start is not kept busy, and dialogs begin where the user's folders are.
+        QDir::setCurrent(QDir::homePath());
         return std::nullopt;
     case SingleInstance::Role::Second:
         return 0;
@@ -108,7 +106,7 @@ int Application::run()
                              comeForward(call.activationToken);
                          });
     }
-    open(requested());
+    open(m_requested);
     return QGuiApplication::exec();
 }
 

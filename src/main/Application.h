@@ -36,6 +36,7 @@ private:
 
     QString m_activationToken; // of this start, read before the toolkit takes it away
     QGuiApplication m_application;
+    QStringList m_requested;                    // addresses that this start shall open
     std::unique_ptr<SingleInstance> m_instance; // after claim()
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // goes before the state that it shows
