@@ -45,10 +45,8 @@ void DesktopManners::heed()
     connect(&m_session, &MediaSession::seekAsked, &player(), &VideoPlayerManager::seek);
     connect(&m_session, &MediaSession::rateAsked, this,
             [this](double rate) { player().setRate(float(rate)); });
-    connect(&m_session, &MediaSession::volumeAsked, this, [this](double volume) {
-        player().setVolume(float(volume));
-        player().setMuted(false);
-    });
+    connect(&m_session, &MediaSession::volumeAsked, this,
+            [this](double volume) { player().chooseVolume(float(volume)); });
 }
 
 void DesktopManners::play(bool wanted)

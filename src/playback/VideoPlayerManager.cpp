@@ -138,9 +138,9 @@ void VideoPlayerManager::setRate(float rate)
         m_player->setRate(rate);
 }
 
-void VideoPlayerManager::adjustVolume(float step)
+void VideoPlayerManager::chooseVolume(float volume)
 {
-    setVolume(std::clamp(m_volume + step, 0.0F, 1.0F));
+    setVolume(std::clamp(volume, 0.0F, 1.0F));
     if (m_volume > 0)
         setMuted(false);
 }

@@ -69,7 +69,9 @@ public:
     Q_INVOKABLE void seek(double seconds);
     Q_INVOKABLE void seekBy(double seconds) { seek(m_currentTime + seconds); }
     Q_INVOKABLE void setRate(float rate);
-    Q_INVOKABLE void adjustVolume(float step);
+    /// The user's choice, kept between 0 and 1: unless it is 0, it is heard.
+    Q_INVOKABLE void chooseVolume(float volume);
+    Q_INVOKABLE void adjustVolume(float step) { chooseVolume(m_volume + step); }
     Q_INVOKABLE void selectAudio(qint64 id);
     void stop();
 

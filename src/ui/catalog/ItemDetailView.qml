@@ -93,7 +93,7 @@ RowPage {
         },
         PushButton {
             text: qsTr("Inspect Orvella .torrent")
-            visible: files.torrent.toString() !== ""
+            visible: files.hasTorrent
 
             onClicked: view.app.inspectTorrentURL(files.torrent)
         }

@@ -11,6 +11,7 @@ QtObject {
     readonly property bool restricted: loaded && details.restricted
     readonly property var playable: loaded ? details.playable : []
     readonly property var others: loaded ? details.otherVideos : []
+    readonly property bool hasTorrent: loaded && details.torrentURL.toString() !== ""
     readonly property url torrent: loaded ? details.torrentURL : ""
     readonly property int subtitleCount: loaded ? details.subtitles.length : 0
 

@@ -73,11 +73,7 @@ Rectangle {
                 Layout.preferredWidth: 90
                 value: controls.player.volume
 
-                onMoved: {
-                    controls.player.volume = value;
-                    if (value > 0)
-                        controls.player.isMuted = false;
-                }
+                onMoved: controls.player.chooseVolume(value)
             }
             Item {
                 Layout.fillWidth: true
