@@ -11,11 +11,18 @@ FocusScope {
     required property bool watching
 
     readonly property bool playing: !!app.playback.nowPlaying
+    property bool settled: false // after the start
 
     signal fullScreenToggled()
 
     clip: true
 
+    Timer {
+        interval: 1500
+        running: true
+
+        onTriggered: area.settled = true
+    }
     Rectangle {
         anchors.fill: parent
         color: area.watching ? "black" : Theme.bg
@@ -44,9 +51,9 @@ FocusScope {
     Lazy {
         app: area.app
         file: "player/FilmFrame.qml"
+        foreseen: area.settled || status === Loader.Ready
         height: area.watching ? area.height : 72
-        visible: area.playing
-        wanted: area.playing || status === Loader.Ready
+        wanted: area.playing
         width: area.watching ? area.width : 128
         x: area.watching ? 0 : 10
         y: area.watching ? 0 : mini.y + 10
@@ -58,6 +65,7 @@ FocusScope {
         app: area.app
         file: "player/PlayerScreen.qml"
         focus: area.watching
+        foreseen: area.settled
         wanted: area.watching
     }
     Connections {

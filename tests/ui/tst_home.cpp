@@ -79,6 +79,9 @@ private Q_SLOTS:
         for (int i = 0; i < 4; ++i)
             program.key(Qt::Key_Down);
         QTRY_COMPARE(shelf(program, "Recently Added Local Content")->hasActiveFocus(), true);
+        QTRY_VERIFY(shelf(program, "Recently Added Local Content")
+                        ->property("currentItem")
+                        .value<QQuickItem *>());
         program.key(Qt::Key_Return);
         QVERIFY(program.state().showPlayer());
         QVERIFY(program.state().playback()->nowPlaying()->title.endsWith(".final"));

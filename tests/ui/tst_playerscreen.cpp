@@ -88,6 +88,38 @@ private Q_SLOTS:
         QTRY_VERIFY(program.control("Full screen")); // a film that stands shows them
     }
 
+    void madeAheadAndAnewForEveryFilm()
+    {
+        Program program;
+        QVERIFY(program.show());
+        const auto made = [&] {
+            return std::ranges::any_of(
+                program.item("DetailArea")->childItems(), [](const QQuickItem *part) {
+                    return part->property("file") == "player/PlayerScreen.qml" &&
+                           part->property("item").value<QQuickItem *>();
+                });
+        };
+        QTRY_VERIFY(made());
+        for (const bool again : {false, true}) {
+            if (again)
+                program.state().resume(program.state().library()->history().constFirst());
+            else
+                QVERIFY(program.click("Film 0") && program.click("Play"));
+            QTRY_VERIFY_WITH_TIMEOUT(program.player().duration() > 0, patience);
+            QVERIFY(program.control("Full screen"));
+            QTest::mouseMove(program.window(), {600, 300});
+            QTest::mouseMove(program.window(), {620, 300});
+            QTRY_VERIFY_WITH_TIMEOUT(!program.control("Full screen"), patience);
+            program.key(Qt::Key_Space);
+            QTRY_VERIFY(!program.player().isPlaying());
+            program.key(Qt::Key_Escape);
+            QTRY_VERIFY(program.control("Close player"));
+            program.key(Qt::Key_Space); // no longer the player's
+            QVERIFY(!program.player().isPlaying());
+            QVERIFY(program.click("Close player"));
+        }
+    }
+
     void scrubbingSeeksOnce()
     {
         Program program;

@@ -80,8 +80,11 @@ private Q_SLOTS:
         QVERIFY(showResults(program, {fullResult(), reels(2).last()}));
         program.window()->grabWindow();
         program.clickAt(Program::middleOf(program.text("Reel 0")));
+        QTest::mouseMove(program.window(), {5, 5}); // off the menu to come
+        const QQuickItem *table = program.window()->activeFocusItem();
         QTest::keyClick(program.window(), Qt::Key_F10, Qt::ShiftModifier);
         QTRY_VERIFY(program.control("Copy Info Hash"));
+        QTRY_VERIFY(program.window()->activeFocusItem() != table);
         for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
             program.key(key);
         QTRY_VERIFY(program.state().inspector());

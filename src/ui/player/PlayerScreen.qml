@@ -35,7 +35,14 @@ FocusScope {
         poke();
         event.accepted = false;
     }
-    Component.onCompleted: forceActiveFocus()
+    Component.onCompleted: if (visible) forceActiveFocus()
+    onVisibleChanged: {
+        if (visible)
+            return forceActiveFocus();
+        rest.stop();
+        showControls = true;
+        hover.last = Qt.point(-1, -1);
+    }
 
     Timer {
         id: rest
@@ -45,7 +52,7 @@ FocusScope {
         onTriggered: controls.busy ? restart() : screen.showControls = false
     }
     PlayerKeys {
-        enabled: !controls.menuOpen
+        enabled: screen.visible && !controls.menuOpen
         player: screen.player
 
         onFullScreenToggled: screen.fullScreenToggled()
@@ -53,6 +60,8 @@ FocusScope {
     }
     // Over the film and its controls alike: what lies above something hides the pointer from it.
     HoverHandler {
+        id: hover
+
         property point last: Qt.point(-1, -1) // where the pointer was, in the window
 
         // Also told, without a movement, for every frame that changes what lies below.
