@@ -85,8 +85,19 @@ private Q_SLOTS:
         QTest::keyClick(program.window(), Qt::Key_F10, Qt::ShiftModifier);
         QTRY_VERIFY(program.control("Copy Info Hash"));
         QTRY_VERIFY(program.window()->activeFocusItem() != table);
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
-            program.key(key);
+        const auto highlighted = [&] {
+            QString text;
+            for (const QQuickItem *item : program.visibleItems()) {
+                if (item->inherits("QQuickMenuItem") && item->property("highlighted").toBool())
+                    text = item->property("text").toString();
+            }
+            return text;
+        };
+        for (const char *row : {"Details & Play…", "Inspect Magnet"}) {
+            program.key(Qt::Key_Down);
+            QTRY_COMPARE(highlighted(), row);
+        }
+        program.key(Qt::Key_Return);
         QTRY_VERIFY(program.state().inspector());
         QTRY_VERIFY(program.item("TorrentInspector"));
         program.key(Qt::Key_Escape);
