@@ -33,6 +33,7 @@ T.Menu {
     contentItem: ListView {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
+        currentIndex: menu.currentIndex // its own would take the focus back to the first row
         implicitHeight: contentHeight
         interactive: contentHeight > height
         model: menu.contentModel
