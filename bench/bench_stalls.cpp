@@ -49,6 +49,11 @@ public:
     {
         m_poll.setInterval(50);
         QObject::connect(&m_poll, &QTimer::timeout, &m_poll, [this] { look(); });
+        QObject::connect(&m_keyRepeat, &QTimer::timeout, &m_keyRepeat, [this] {
+            player().seekBy(m_presses % 2 == 0 ? 10 : -10);
+            if (++m_presses == 30)
+                m_keyRepeat.stop();
+        });
         plan();
     }
 
@@ -95,6 +100,12 @@ private:
              [this] { return player().duration() > 0 && player().currentTime() > 1; }, 4'000});
         m_steps.append({QStringLiteral("seek"), [this] { player().seek(60); },
                         [this] { return player().currentTime() > 60; }});
+        m_steps.append({QStringLiteral("thirty arrow presses"),
+                        [this] {
+                            m_presses = 0;
+                            m_keyRepeat.start(33);
+                        },
+                        [this] { return m_presses == 30; }});
         m_steps.append({QStringLiteral("mini player"), [this] { m_state.setShowPlayer(false); }});
         m_steps.append({QStringLiteral("stop"), [this] { m_state.closePlayer(); }});
     }
@@ -181,6 +192,8 @@ private:
     bool m_late = false;
     QElapsedTimer m_since;
     QTimer m_poll;
+    QTimer m_keyRepeat;
+    int m_presses = 0;
     std::unique_ptr<StallWatch> m_watch;
 };
 

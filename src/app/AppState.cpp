@@ -34,6 +34,8 @@ AppState::AppState(VideoPlayerManager::EngineFactory makeEngine,
     , m_playback(m_library, std::move(makeEngine))
     , m_workspace(std::move(workspace))
 {
+    for (KeptFile *file : {&m_settings.file(), &m_library.file()})
+        connect(file, &KeptFile::troubled, this, &AppState::tellTrouble);
     connect(&m_library, &LibraryStore::historyChanged, this, &AppState::recentlyViewedChanged);
     connect(this, &AppState::featuredChanged, this, &AppState::suggestionsChanged);
     connect(this, &AppState::popularChanged, this, &AppState::suggestionsChanged);
@@ -41,8 +43,14 @@ AppState::AppState(VideoPlayerManager::EngineFactory makeEngine,
 
 AppState::~AppState()
 {
-    // Closing the window ends the program: the film's place is kept.
+    saveAll(); // closing the window ends the program
+}
+
+void AppState::saveAll()
+{
     m_playback.saveNow();
+    for (KeptFile *file : {&m_settings.file(), &m_library.file()})
+        file->flush();
 }
 
 QStringList AppState::suggestions() const
@@ -216,6 +224,12 @@ void AppState::setNotice(const QString &text)
 {
     m_notice = text;
     Q_EMIT noticeChanged();
+}
+
+void AppState::tellTrouble(const QString &text)
+{
+    // Both files may be damaged at once, and each is told once.
+    setNotice(m_notice ? *m_notice + QLatin1String("\n\n") + text : text);
 }
 
 void AppState::clearNotice()

@@ -115,6 +115,10 @@ public:
     Q_INVOKABLE void clearNotice();
     void setSearchQuery(const QString &query);
 
+    /// Writes what is not on disk yet, the film's place included, and waits for it: the program may
+    /// be ended at any moment.
+    void saveAll();
+
     /// Fills the Home shelves, unless both are filled. A shelf that fails keeps what it has.
     Q_INVOKABLE void loadHome();
     /// Goes to the Search section and searches there.
@@ -186,6 +190,7 @@ private:
     QCoro::Task<> inspectFileFlow(QString path);
     QCoro::Task<> openFlow(QString address);
     QCoro::Task<> tellFailure(QCoro::Task<Workspace::Outcome> deed);
+    void tellTrouble(const QString &text);
     void setInspected(const Result<TorrentInfo> &torrent);
     void setDiscoverLoading(bool loading);
     void setInspector(const TorrentInfo &torrent);

@@ -4,9 +4,6 @@
 
 #include "catalogue/Text.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QUrl>
 
 namespace tavelo {
@@ -79,19 +76,9 @@ QByteArray toJson(const QList<ProviderConfig> &providers)
     return QJsonDocument(array).toJson(QJsonDocument::Compact);
 }
 
-std::optional<QList<ProviderConfig>> providersFromJson(const QByteArray &json)
+std::optional<Json::Entries<ProviderConfig>> providersFromJson(const QByteArray &json)
 {
-    const QJsonDocument document = QJsonDocument::fromJson(json);
-    if (!document.isArray())
-        return {};
-    QList<ProviderConfig> providers;
-    for (const QJsonValue &value : document.array()) {
-        const auto config = configFrom(value.toObject());
-        if (!config)
-            return {};
-        providers.append(*config);
-    }
-    return providers;
+    return Json::entriesOf(json, configFrom);
 }
 
 } // namespace tavelo

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "catalogue/ProviderKind.h"
+#include "platform/Json.h"
 
 #include <QList>
 #include <QMetaType>
@@ -38,7 +39,8 @@ public:
 /// A list of providers as JSON (RFC 8259): an array of objects with exactly the six fields' names
 /// as keys, ids in upper case.
 QByteArray toJson(const QList<ProviderConfig> &providers);
-/// Absent when any entry lacks a key or holds what is no value for it.
-std::optional<QList<ProviderConfig>> providersFromJson(const QByteArray &json);
+/// An entry is damaged when it lacks a key or holds what is no value for it. Absent when this is no
+/// list, or one of damaged entries only.
+std::optional<Json::Entries<ProviderConfig>> providersFromJson(const QByteArray &json);
 
 } // namespace tavelo

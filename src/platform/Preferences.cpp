@@ -2,13 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Preferences.h"
 
-#include "platform/FileContent.h"
-
-#include <QFile>
-#include <QFileInfo>
+#include <QCoreApplication>
 #include <QJsonDocument>
-
-#include <utility>
 
 namespace tavelo {
 
@@ -16,25 +11,42 @@ namespace {
 
 constexpr qint64 maxFileBytes = 8LL * 1024 * 1024;
 
+QByteArray encoded(const QJsonObject &values)
+{
+    return QJsonDocument(values).toJson();
+}
+
 } // namespace
 
-Preferences::Preferences(const QString &file)
-    : m_file(file)
+Preferences::Preferences(const QString &path)
+    : m_file(path, {.name = QCoreApplication::translate("Preferences", "The settings"),
+                    .maxBytes = maxFileBytes,
+                    .read = [this](const QByteArray &json) { return take(json); },
+                    .snapshot = [this] { return [values = m_values] { return encoded(values); }; }})
 {
-    const QJsonDocument stored = QJsonDocument::fromJson(FileContent::read(file, maxFileBytes));
-    m_values = stored.object();
-    m_fileIsForeign = !stored.isObject() && QFileInfo::exists(file);
+    m_file.read();
+}
+
+bool Preferences::take(const QByteArray &json)
+{
+    const QJsonDocument stored = QJsonDocument::fromJson(json);
+    if (!stored.isObject())
+        return false;
+    const QJsonObject mine = std::exchange(m_values, stored.object());
+    for (auto value = mine.begin(); value != mine.end(); ++value)
+        m_values.insert(value.key(), value.value());
+    return true;
 }
 
 void Preferences::set(const QString &key, const PreferenceValue &value)
 {
     m_values.insert(key, toJson(value));
-    if (std::exchange(m_fileIsForeign, false)) {
-        const QString aside = m_file + QLatin1String(".unreadable");
-        QFile::remove(aside);
-        QFile::rename(m_file, aside);
-    }
-    FileContent::replace(m_file, QJsonDocument(m_values).toJson());
+    m_file.save();
+}
+
+void Preferences::keepAside()
+{
+    m_file.keepAside(encoded(m_values));
 }
 
 } // namespace tavelo

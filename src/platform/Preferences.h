@@ -2,30 +2,36 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/KeptFile.h"
 #include "platform/PreferenceValues.h"
 
 #include <QJsonObject>
 
 namespace tavelo {
 
-/// The user's preferences: typed values under names, kept as one JSON object in a file of one
+/// The user's preferences: typed values under names, kept as one JSON object in a KeptFile of one
 /// process. A value is absent when nothing, or something of another type, is stored under its name;
 /// what is stored stays until its own name is set. Main thread only.
 class Preferences
 {
 public:
-    /// Reads `file`, once. One that is missing, torn, foreign or no regular file reads as empty.
-    explicit Preferences(const QString &file);
+    /// Reads `path`, once.
+    explicit Preferences(const QString &path);
+
+    /// Where they lie, to hear of its troubles and to wait for it.
+    KeptFile &file() { return m_file; }
+    /// Whether anything, of whatever type, is stored.
+    bool contains(const QString &key) const { return m_values.contains(key); }
 
     std::optional<QString> string(const QString &key) const { return read<QString>(key); }
     std::optional<qint64> integer(const QString &key) const { return read<qint64>(key); }
     std::optional<bool> boolean(const QString &key) const { return read<bool>(key); }
     std::optional<QByteArray> bytes(const QString &key) const { return read<QByteArray>(key); }
 
-    /// Stores the value and puts the whole file in place of the old one before it returns, with its
-    /// data on disk first. A failure leaves the old file; the value counts in this process only. An
-    /// old file that could not be read is put aside, not lost.
+    /// Counts at once, and is on disk soon.
     void set(const QString &key, const PreferenceValue &value);
+    /// Keeps a copy of all that is stored, and tells of it: of some of it only parts can be used.
+    void keepAside();
 
 private:
     template <typename T>
@@ -36,9 +42,10 @@ private:
         return value ? std::optional(*value) : std::nullopt;
     }
 
-    const QString m_file;
+    bool take(const QByteArray &json);
+
     QJsonObject m_values;
-    bool m_fileIsForeign = false; // there, and no preferences
+    KeptFile m_file; // goes before the values that it writes
 };
 
 } // namespace tavelo

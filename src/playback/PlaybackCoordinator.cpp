@@ -3,8 +3,11 @@
 #include "playback/PlaybackCoordinator.h"
 
 #include "catalogue/Text.h"
+#include "platform/ThreadPool.h"
 
+#include <QCoroFuture>
 #include <QFileInfo>
+#include <QPointer>
 
 #include <cmath>
 
@@ -49,6 +52,10 @@ PlaybackCoordinator::PlaybackCoordinator(LibraryStore &library,
 {
     connect(&m_player, &VideoPlayerManager::currentTimeChanged, this,
             &PlaybackCoordinator::timeChanged, Qt::DirectConnection);
+    connect(&m_player, &VideoPlayerManager::isPlayingChanged, this, [this] {
+        if (!m_player.isPlaying())
+            saveNow();
+    });
     m_player.setOnFinished([this] { filmEnded(); });
 }
 
@@ -67,8 +74,13 @@ void PlaybackCoordinator::play(const ArchiveFile &file, const MediaItem &item,
 void PlaybackCoordinator::playLocal(const SavedFile &file)
 {
     const QFileInfo info(file.url.toLocalFile());
-    start({localID + separator + info.fileName(), file.url, localID, info.completeBaseName(),
-           QUrl(), siblingSubtitles(file.url)});
+    start({localID + separator + info.fileName(),
+           file.url,
+           localID,
+           info.completeBaseName(),
+           QUrl(),
+           {}});
+    offerSiblings(file.url);
 }
 
 void PlaybackCoordinator::playEntry(const HistoryEntry &entry)
@@ -77,15 +89,31 @@ void PlaybackCoordinator::playEntry(const HistoryEntry &entry)
         entry.isLocal ? std::optional(QUrl::fromLocalFile(entry.source)) : Text::url(entry.source);
     if (!url)
         return;
-    const QList<SubtitleTrack> tracks =
-        entry.isLocal ? siblingSubtitles(*url) : QList<SubtitleTrack>();
-    start({entry.itemID + separator + tailOf(entry.key), *url, entry.itemID, entry.title,
-           entry.thumbnailURL(), tracks});
+    start({entry.itemID + separator + tailOf(entry.key),
+           *url,
+           entry.itemID,
+           entry.title,
+           entry.thumbnailURL(),
+           {}});
+    if (entry.isLocal)
+        offerSiblings(*url);
+}
+
+// The film does not wait for its folder, which may be large or slow.
+QCoro::Task<> PlaybackCoordinator::offerSiblings(QUrl film)
+{
+    const QPointer<PlaybackCoordinator> self(this);
+    const int number = m_starts;
+    const auto walking = runOnPool([film] { return siblingSubtitles(film); });
+    const QList<SubtitleTrack> tracks = co_await walking;
+    if (self && number == m_starts && m_nowPlaying)
+        m_subtitles.offer(tracks);
 }
 
 void PlaybackCoordinator::start(const Film &film)
 {
     saveNow();
+    ++m_starts;
     const auto known = m_library.entryFor(film.key);
     HistoryEntry entry;
     entry.key = film.key;
@@ -126,6 +154,7 @@ void PlaybackCoordinator::saveNow()
 {
     if (m_nowPlaying)
         m_library.updateProgress(m_nowPlaying->key, m_player.currentTime(), m_player.duration());
+    m_library.file().hurry();
 }
 
 void PlaybackCoordinator::stopPlayback()

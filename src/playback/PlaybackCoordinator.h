@@ -42,7 +42,7 @@ public:
     /// Nothing happens when the entry's source is no address.
     void playEntry(const HistoryEntry &entry);
 
-    /// Writes the position into the history.
+    /// Takes the position into the history, which is then written without delay.
     void saveNow();
     Q_INVOKABLE void stopPlayback();
 
@@ -61,6 +61,7 @@ private:
     };
 
     void start(const Film &film);
+    QCoro::Task<> offerSiblings(QUrl film);
     void timeChanged(double seconds);
     void filmEnded();
     void setNowPlaying(std::optional<NowPlaying> nowPlaying);
@@ -69,6 +70,7 @@ private:
     SubtitleManager m_subtitles;
     std::optional<NowPlaying> m_nowPlaying;
     LibraryStore &m_library;
+    int m_starts = 0;       // films started so far
     double m_lastSaved = 0; // seconds: the position last written while playing, or the start
 };
 

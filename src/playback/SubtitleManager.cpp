@@ -51,6 +51,16 @@ void SubtitleManager::reset(const QList<SubtitleTrack> &tracks)
     clear({});
 }
 
+void SubtitleManager::offer(const QList<SubtitleTrack> &tracks)
+{
+    QList<SubtitleTrack> all = tracks;
+    for (const SubtitleTrack &track : std::as_const(m_tracks)) {
+        if (!all.contains(track))
+            all.append(track);
+    }
+    setTracks(all);
+}
+
 void SubtitleManager::select(const std::optional<SubtitleTrack> &track)
 {
     m_load.request_stop();

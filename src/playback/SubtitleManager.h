@@ -42,6 +42,8 @@ public:
 
     /// For another film, or none: other tracks, subtitles off.
     void reset(const QList<SubtitleTrack> &tracks);
+    /// Tracks that were found after the film's start: before those that the user added.
+    void offer(const QList<SubtitleTrack> &tracks);
     /// Loads a track, also the one that is chosen already; absent turns subtitles off.
     void select(const std::optional<SubtitleTrack> &track);
     Q_INVOKABLE void selectTrack(const tavelo::SubtitleTrack &track) { select(track); }

@@ -23,7 +23,7 @@ public:
 };
 
 /// The SRT and VTT files beside a film whose names begin with its name, in the folder's order; none
-/// when the folder cannot be read.
+/// when the folder cannot be read. For background threads.
 QList<SubtitleTrack> siblingSubtitles(const QUrl &film);
 
 } // namespace tavelo

@@ -4,9 +4,6 @@
 
 #include "catalogue/Text.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTimeZone>
 
 #include <algorithm>
@@ -104,30 +101,17 @@ QUrl HistoryEntry::thumbnailURL() const
     return Text::url(thumbnail.value_or(QString())).value_or(QUrl());
 }
 
-std::optional<QByteArray> toJson(const QList<HistoryEntry> &history)
+QByteArray toJson(const QList<HistoryEntry> &history)
 {
     QJsonArray array;
-    for (const HistoryEntry &entry : history) {
-        if (!std::isfinite(entry.position) || !std::isfinite(entry.duration))
-            return {};
+    for (const HistoryEntry &entry : history)
         array.append(objectOf(entry));
-    }
     return QJsonDocument(array).toJson(QJsonDocument::Compact);
 }
 
-std::optional<QList<HistoryEntry>> historyFromJson(const QByteArray &json)
+std::optional<Json::Entries<HistoryEntry>> historyFromJson(const QByteArray &json)
 {
-    const QJsonDocument document = QJsonDocument::fromJson(json);
-    if (!document.isArray())
-        return {};
-    QList<HistoryEntry> history;
-    for (const QJsonValue &value : document.array()) {
-        const auto entry = entryFrom(value.toObject());
-        if (!entry)
-            return {};
-        history.append(*entry);
-    }
-    return history;
+    return Json::entriesOf(json, entryFrom);
 }
 
 } // namespace tavelo

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Json.h"
+
 #include <QDateTime>
 #include <QList>
 #include <QMetaType>
@@ -51,10 +53,11 @@ public:
 };
 
 /// The history file's content (RFC 8259): a compact array of objects with the fields' names as
-/// keys, dates as seconds since 2001-01-01 UTC, and no "thumbnail" where there is none. Absent when
-/// a number is not finite, which JSON cannot say.
-std::optional<QByteArray> toJson(const QList<HistoryEntry> &history);
-/// Absent when any entry lacks a key, but "thumbnail", or holds what is no value for it.
-std::optional<QList<HistoryEntry>> historyFromJson(const QByteArray &json);
+/// keys, dates as seconds since 2001-01-01 UTC, and no "thumbnail" where there is none. Its numbers
+/// are finite, as JSON can say no other.
+QByteArray toJson(const QList<HistoryEntry> &history);
+/// An entry is damaged when it lacks a key, but "thumbnail", or holds what is no value for it.
+/// Absent when this is no list, or one of damaged entries only.
+std::optional<Json::Entries<HistoryEntry>> historyFromJson(const QByteArray &json);
 
 } // namespace tavelo

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "storage/LibraryStore.h"
 
-#include "platform/FileContent.h"
 #include "storage/SettingsStore.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tavelo {
 
@@ -24,10 +24,32 @@ auto hasKey(const QString &key)
 
 LibraryStore::LibraryStore(QObject *parent)
     : QObject(parent)
-    , m_file(SettingsStore::appSupport() + QLatin1String("/history.json"))
-    , m_history(
-          historyFromJson(FileContent::read(m_file, maxFileBytes)).value_or(QList<HistoryEntry>()))
-{}
+    , m_file(SettingsStore::appSupport() + QLatin1String("/history.json"),
+             {.name = tr("The watch history"),
+              .maxBytes = maxFileBytes,
+              .read = [this](const QByteArray &json) { return take(json); },
+              .snapshot = [this] { return [history = m_history] { return toJson(history); }; }})
+{
+    m_file.read();
+}
+
+bool LibraryStore::take(const QByteArray &json)
+{
+    const auto stored = historyFromJson(json);
+    if (!stored)
+        return false;
+    const QList<HistoryEntry> mine = m_history;
+    for (const HistoryEntry &entry : stored->whole) {
+        if (std::ranges::none_of(mine, hasKey(entry.key)))
+            m_history.append(entry);
+    }
+    Q_EMIT historyChanged();
+    if (stored->damaged > 0) {
+        m_file.keepAside(json);
+        m_file.save();
+    }
+    return true;
+}
 
 QList<HistoryEntry> LibraryStore::continueWatching() const
 {
@@ -44,6 +66,8 @@ std::optional<HistoryEntry> LibraryStore::entryFor(const QString &key) const
 
 void LibraryStore::record(const HistoryEntry &entry)
 {
+    if (!std::isfinite(entry.position) || !std::isfinite(entry.duration))
+        return;
     QList<HistoryEntry> history = m_history;
     history.removeIf(hasKey(entry.key));
     history.prepend(entry);
@@ -56,7 +80,7 @@ void LibraryStore::updateProgress(const QString &key, double position, double du
 {
     QList<HistoryEntry> history = m_history;
     const auto found = std::ranges::find_if(history, hasKey(key));
-    if (found == history.end())
+    if (found == history.end() || !std::isfinite(position) || !std::isfinite(duration))
         return;
     found->position = position;
     if (duration > 0)
@@ -79,8 +103,7 @@ void LibraryStore::clear()
 void LibraryStore::setHistory(const QList<HistoryEntry> &history)
 {
     m_history = history;
-    if (const auto json = toJson(history))
-        FileContent::replace(m_file, *json);
+    m_file.save();
     Q_EMIT historyChanged();
 }
 

@@ -2,15 +2,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/KeptFile.h"
 #include "storage/HistoryEntry.h"
 
 #include <QObject>
 
 namespace tavelo {
 
-/// The watch history, latest first, and its file. Every change is in the file before the call ends;
-/// a failure to write is silent, and the next change writes all. Keys are equal when they are
-/// canonically equivalent (Unicode, 3.7). Main thread only.
+/// The watch history, latest first, in a KeptFile. Keys are equal when they are canonically
+/// equivalent (Unicode, 3.7). A position or duration that is not finite counts for nothing: such an
+/// entry is not recorded, such a progress not taken. Main thread only.
 class LibraryStore : public QObject
 {
     Q_OBJECT
@@ -21,7 +22,7 @@ class LibraryStore : public QObject
 public:
     static constexpr qsizetype maxEntries = 200;
 
-    /// Reads the file. One that is missing or not whole reads as an empty history.
+    /// Reads the file, once.
     explicit LibraryStore(QObject *parent = nullptr);
 
     QList<HistoryEntry> history() const { return m_history; }
@@ -37,14 +38,18 @@ public:
     Q_INVOKABLE void remove(const QString &key);
     Q_INVOKABLE void clear();
 
+    /// Where it lies, to hear of its troubles and to wait for it.
+    KeptFile &file() { return m_file; }
+
 Q_SIGNALS:
     void historyChanged();
 
 private:
+    bool take(const QByteArray &json);
     void setHistory(const QList<HistoryEntry> &history);
 
-    const QString m_file;
     QList<HistoryEntry> m_history;
+    KeptFile m_file; // goes before the history that it writes
 };
 
 } // namespace tavelo

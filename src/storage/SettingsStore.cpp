@@ -26,11 +26,18 @@ QList<ProviderConfig> defaultProviders()
             ProviderConfig::create(QStringLiteral("ApiBay"), ProviderKind::ApiBay, hosts.apibay)};
 }
 
-QList<ProviderConfig> storedProviders(const Preferences &preferences)
+QList<ProviderConfig> storedProviders(Preferences &preferences)
 {
+    if (!preferences.contains(providersKey))
+        return defaultProviders();
     const auto json = preferences.bytes(providersKey);
-    const auto providers = json ? providersFromJson(*json) : std::nullopt;
-    return providers ? *providers : defaultProviders();
+    const auto stored = json ? providersFromJson(*json) : std::nullopt;
+    const QList<ProviderConfig> providers = stored ? stored->whole : defaultProviders();
+    if (!stored || stored->damaged > 0) {
+        preferences.keepAside();
+        preferences.set(providersKey, toJson(providers));
+    }
+    return providers;
 }
 
 } // namespace

@@ -9,9 +9,9 @@
 
 namespace tavelo {
 
-/// The user's settings. Read once, at creation; each assignment is stored at once and announced,
-/// also that of an equal value. What is missing or of another type in the store has its default,
-/// which is not written. Main thread only.
+/// The user's settings. Read once, at creation; each assignment is stored and announced, also that
+/// of an equal value. What is missing or of another type in the store has its default,
+/// which is not written; of a damaged list of providers the whole entries stay. Main thread only.
 class SettingsStore : public QObject
 {
     Q_OBJECT
@@ -50,6 +50,9 @@ public:
     void setAutoCleanDays(qint64 days);
     void setGridView(bool grid);
     void setProviders(const QList<ProviderConfig> &providers);
+
+    /// Where they lie, to hear of its troubles and to wait for it.
+    KeptFile &file() { return m_preferences.file(); }
 
 Q_SIGNALS:
     void cachePathChanged();

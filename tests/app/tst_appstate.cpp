@@ -74,6 +74,18 @@ private Q_SLOTS:
         QVERIFY(m_state->suggestions().isEmpty());
     }
 
+    void tellsOfBothDamagedFiles()
+    {
+        m_state.reset();
+        for (const QString &file : {StandardFolders::support() + "/history.json",
+                                    StandardFolders::configuration() + "/preferences.json"})
+            QVERIFY(FileContent::replace(file, "torn"));
+        m_state = std::make_unique<AppState>([] { return nullptr; },
+                                             std::make_unique<FakeWorkspace>(m_handed));
+        QTRY_VERIFY(m_state->noticeText().contains("/history.unreadable-1.json"));
+        QTRY_VERIFY(m_state->noticeText().contains("/preferences.unreadable-1.json"));
+    }
+
     void homeLoadsBothShelvesOnce()
     {
         m_server.serve(searchPath, {.body = page({"one", "two"})});

@@ -41,6 +41,7 @@ private:
     double time() { return player().currentTime(); }
     double kept() const // what is on disk
     {
+        m_state->library()->file().flush();
         const auto entries = LibraryStore().history();
         return entries.isEmpty() ? -1 : entries.first().position;
     }
@@ -124,7 +125,7 @@ private Q_SLOTS:
 
         m_state->resume(m_state->library()->history().first());
         SubtitleManager &shown = *m_state->playback()->subtitles();
-        QCOMPARE(shown.tracks().size(), 1);
+        QTRY_COMPARE(shown.tracks().size(), 1);
         shown.select(shown.tracks().first());
         QTRY_COMPARE_WITH_TIMEOUT(shown.currentText(), "Grün", patience);
         QTRY_VERIFY_WITH_TIMEOUT(time() > 31, patience);

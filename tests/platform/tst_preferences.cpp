@@ -3,6 +3,7 @@
 #include "platform/Preferences.h"
 #include "testlib/Table.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -37,7 +38,7 @@ private:
     const QString m_file = m_folder.filePath("deep/er/preferences.json");
 
 private Q_SLOTS:
-    void cleanup() { QFile::remove(m_file); }
+    void cleanup() { QVERIFY(QDir(m_folder.filePath("deep")).removeRecursively()); }
 
     void keepsTypesApartAndValuesExactly()
     {
@@ -94,11 +95,12 @@ private Q_SLOTS:
                      key);
         }
         preferences.set("new", qint64(7));
+        preferences.file().flush();
         QCOMPARE(Preferences(m_file).integer("new"), 7);
         // What was there is there still: beside, or under its own names.
-        const QByteArray aside = contentOf(m_file + ".unreadable");
+        const QByteArray aside =
+            contentOf(m_folder.filePath("deep/er/preferences.unreadable-1.json"));
         QVERIFY(aside == content || contentOf(m_file).contains("1.5"));
-        QFile::remove(m_file + ".unreadable");
     }
 
     void neverWaitsForAPipe()
@@ -106,7 +108,18 @@ private Q_SLOTS:
         const QString pipe = m_folder.filePath("pipe");
         QCOMPARE(mkfifo(qPrintable(pipe), 0600), 0);
         QVERIFY(!Preferences(pipe).string("x"));
-        QVERIFY(!Preferences(m_folder.path()).string("x"));
+    }
+
+    void writesWhereALinkLeads()
+    {
+        const QString kept = m_folder.filePath("kept.json");
+        Preferences(kept).set("n", qint64(1));
+        QVERIFY(QDir().mkpath(m_folder.filePath("deep/er")));
+        QVERIFY(QFile::link(kept, m_file));
+        Preferences(m_file).set("n", qint64(2));
+        QVERIFY(QFileInfo(m_file).isSymLink());
+        QCOMPARE(Preferences(kept).integer("n"), 2);
+        QVERIFY(QFile::exists(kept + ".previous"));
     }
 
     void keepsTheOldFileWhenItCannotWrite()

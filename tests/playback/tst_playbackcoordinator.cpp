@@ -72,9 +72,14 @@ class TestPlaybackCoordinator : public QObject
 private:
     std::unique_ptr<LibraryStore> m_library;
 
+    std::optional<HistoryEntry> onDisk(const QString &key) const
+    {
+        m_library->file().flush();
+        return LibraryStore().entryFor(key);
+    }
     double position(const QString &key) const
     {
-        const auto entry = LibraryStore().entryFor(key); // what is on disk
+        const auto entry = onDisk(key);
         return entry ? entry->position : -1;
     }
 
@@ -102,7 +107,7 @@ private Q_SLOTS:
         PlaybackCoordinator playback(*m_library, noEngine);
         playback.playEntry(*m_library->entryFor("abc|film.mp4"));
         QCOMPARE(playback.player()->currentTime(), start);
-        const auto entry = LibraryStore().entryFor("abc|film.mp4");
+        const auto entry = onDisk("abc|film.mp4");
         QCOMPARE(entry->position, start);
         QCOMPARE(entry->duration, duration);
         QCOMPARE(m_library->history().size(), 1);
@@ -139,12 +144,12 @@ private Q_SLOTS:
         QCOMPARE(local.title, "My Film.part 1");
         QCOMPARE(local.source, film);
         QVERIFY(local.isLocal && !local.thumbnail);
-        QCOMPARE(playback.subtitles()->tracks().size(), 1);
+        QTRY_COMPARE(playback.subtitles()->tracks().size(), 1);
 
         playback.playEntry(entry);
         QVERIFY(playback.subtitles()->tracks().isEmpty());
         playback.playEntry(local);
-        QCOMPARE(playback.subtitles()->tracks().size(), 1);
+        QTRY_COMPARE(playback.subtitles()->tracks().size(), 1);
         QCOMPARE(m_library->history().size(), 2);
         playback.stopPlayback();
         QVERIFY(playback.subtitles()->tracks().isEmpty() && !playback.nowPlaying());
@@ -189,7 +194,7 @@ private Q_SLOTS:
         const double written = position(key);
         QVERIFY2(written >= 5 && written <= playback.player()->currentTime(),
                  qPrintable(QString::number(written)));
-        QVERIFY(qAbs(LibraryStore().entryFor(key)->duration - 60) < 0.1);
+        QVERIFY(qAbs(onDisk(key)->duration - 60) < 0.1);
         playback.player()->seek(40);
         QCOMPARE(position(key), 40);
         playback.player()->seek(38);
@@ -214,8 +219,7 @@ private Q_SLOTS:
     {
         PlaybackCoordinator playback(*m_library, realEngine);
         playback.playLocal(saved(clip("short.mp4")));
-        QTRY_VERIFY_WITH_TIMEOUT(LibraryStore().entryFor("local|short.mp4")->duration > 1.5,
-                                 10'000);
+        QTRY_VERIFY_WITH_TIMEOUT(onDisk("local|short.mp4")->duration > 1.5, 10'000);
         QCOMPARE(position("local|short.mp4"), 0);
         QCOMPARE(m_library->history().size(), 1);
     }
@@ -230,6 +234,7 @@ private Q_SLOTS:
         subtitles.close();
         PlaybackCoordinator playback(*m_library, realEngine);
         playback.playLocal(saved(folder.filePath("film.mp4")));
+        QTRY_COMPARE(playback.subtitles()->tracks().size(), 1);
         playback.subtitles()->select(playback.subtitles()->tracks().at(0));
         QTRY_COMPARE(playback.subtitles()->cues().size(), 1);
         playback.player()->seek(4);

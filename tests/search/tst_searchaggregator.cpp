@@ -299,6 +299,7 @@ private Q_SLOTS:
         registry.remove(added.id);
         QCOMPARE(namesAsked(), QStringList({"Orvella", "ApiBay"}));
         QCOMPARE(changed.size(), 5);
+        settings.file().flush();
         QCOMPARE(SettingsStore().providers(), settings.providers());
     }
 };

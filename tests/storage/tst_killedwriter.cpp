@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "platform/FileContent.h"
 #include "platform/StandardFolders.h"
 #include "storage/LibraryStore.h"
 #include "storage/SettingsStore.h"
@@ -42,6 +43,9 @@ void fill(LibraryStore &store, SettingsStore &settings)
     for (int i = 200;; ++i) {
         store.record(entry(i));
         settings.setCacheLimitMB(i);
+        store.file().hurry();
+        settings.file().hurry();
+        QCoreApplication::processEvents();
     }
 }
 
@@ -75,6 +79,13 @@ private Q_SLOTS:
             QCOMPARE(settings.providers(), providers);
             QVERIFY(settings.cacheLimitMB() >= 1);
             written = qMax(written, settings.cacheLimitMB());
+            const QDir support(StandardFolders::support());
+            const QFileInfo previous(support.filePath("history.json.previous"));
+            const auto before =
+                historyFromJson(FileContent::read(previous.filePath(), previous.size()));
+            QVERIFY(before && before->damaged == 0);
+            QCOMPARE(before->whole.size(), 200);
+            QVERIFY(support.entryList({"*unreadable*"}).isEmpty());
         }
         QVERIFY(written >= 200); // they did write
     }

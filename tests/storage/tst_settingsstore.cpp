@@ -13,6 +13,8 @@
 
 using namespace tavelo;
 
+Q_DECLARE_METATYPE(PreferenceValue)
+
 namespace {
 
 QString preferencesFile()
@@ -41,7 +43,7 @@ private:
 
 private Q_SLOTS:
     void initTestCase() { StandardFolders::relocate(m_folder.path()); }
-    void cleanup() { QFile::remove(preferencesFile()); }
+    void cleanup() { QVERIFY(QDir(StandardFolders::configuration()).removeRecursively()); }
 
     void startsWithDefaultsAndWritesNothing()
     {
@@ -87,6 +89,7 @@ private Q_SLOTS:
         QVERIFY(!settings.gridView());
         QCOMPARE(settings.providers(), providers);
         settings.setProviders({});
+        settings.file().flush();
         QVERIFY(SettingsStore().providers().isEmpty());
     }
 
@@ -98,6 +101,7 @@ private Q_SLOTS:
         stored.set("autoCleanDays", true);
         stored.set("gridView", qint64(0));
         stored.set("providers", QString("[]"));
+        stored.file().flush();
         const SettingsStore settings;
         QCOMPARE(settings.cachePath(), StandardFolders::support() + "/Cache");
         QCOMPARE(settings.cacheLimitMB(), 1024);
@@ -106,7 +110,7 @@ private Q_SLOTS:
         QCOMPARE(namesOf(settings.providers()), defaultNames);
     }
 
-    void readsOnlyWholeLists_data()
+    void leavesOutDamagedProvidersOnly_data()
     {
         // value: undefined: the key is missing
         const auto row = columns<QString, QJsonValue, bool>("key", "value", "readable");
@@ -122,7 +126,7 @@ private Q_SLOTS:
             QTest::addRow("%s null", key) << key << QJsonValue() << false;
         }
     }
-    void readsOnlyWholeLists()
+    void leavesOutDamagedProvidersOnly()
     {
         QFETCH(QString, key);
         QFETCH(QJsonValue, value);
@@ -136,11 +140,51 @@ private Q_SLOTS:
         entry.insert(key, value);
         const QByteArray changed = QJsonDocument(entry).toJson();
         const auto read = providersFromJson("[" + whole + "," + changed + "]");
-        QTEST(read.has_value(), "readable");
-        QVERIFY(!read || read->at(0) == read->at(1));
+        QVERIFY(read);
+        QTEST(read->damaged == 0, "readable");
+        QCOMPARE(read->whole.size(), 2 - read->damaged);
+        QVERIFY(read->whole.first() == read->whole.last());
         QVERIFY(!providersFromJson(whole));
-        QCOMPARE(toJson(*providersFromJson("[" + whole + "]")),
+        QCOMPARE(toJson(providersFromJson("[" + whole + "]")->whole),
                  "[" + QJsonDocument::fromJson(whole).toJson(QJsonDocument::Compact) + "]");
+    }
+
+    void losesNoProviderToADamagedOne_data()
+    {
+        const auto mine =
+            ProviderConfig::create("Mine", ProviderKind::Torznab, "http://h/api", "k&y");
+        const QByteArray list = toJson({mine});
+        const auto row = columns<PreferenceValue, QStringList>("stored", "names");
+        row("unknown kind", QByteArray(list).replace("]", ",{\"kind\":\"new\"}]"), {"Mine"});
+        row("torn list", list.chopped(1), defaultNames);
+        row("no bytes", QString("[]"), defaultNames);
+    }
+    void losesNoProviderToADamagedOne()
+    {
+        QFETCH(PreferenceValue, stored);
+        QFETCH(QStringList, names);
+        Preferences(preferencesFile()).set("providers", stored);
+        const auto fileOf = [](const QString &path) {
+            QFile file(path);
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        };
+        const QByteArray before = fileOf(preferencesFile());
+        const QString aside = StandardFolders::configuration() + "/preferences.unreadable-%1.json";
+        QList<ProviderConfig> providers;
+        {
+            SettingsStore settings;
+            QSignalSpy troubled(&settings.file(), &KeptFile::troubled);
+            providers = settings.providers();
+            QCOMPARE(namesOf(providers), names);
+            QTRY_COMPARE(troubled.size(), 1);
+            QCOMPARE(troubled.first().first(),
+                     "The settings held parts that could not be read. The file as it was is kept "
+                     "as " +
+                         aside.arg(1) + '.');
+        }
+        QCOMPARE(fileOf(aside.arg(1)), before);
+        QCOMPARE(SettingsStore().providers(), providers);
+        QVERIFY(!QFile::exists(aside.arg(2)));
     }
 
     void acceptsEntriesWithAHost_data()

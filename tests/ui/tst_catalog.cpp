@@ -156,14 +156,14 @@ private Q_SLOTS:
         QTRY_VERIFY(program.item("MediaRow"));
         QVERIFY(!program.item("PosterCard"));
         QVERIFY(program.text("Orvella"));
-        QVERIFY(!SettingsStore().gridView());
+        QTRY_VERIFY(!SettingsStore().gridView());
 
         program.state().searchFor("moon");
         QTRY_VERIFY_WITH_TIMEOUT(program.item("MediaRow"), patience);
         QVERIFY(program.click("Grid"));
         QVERIFY(program.click("Discover"));
         QTRY_VERIFY(program.item("PosterCard"));
-        QVERIFY(SettingsStore().gridView());
+        QTRY_VERIFY(SettingsStore().gridView());
     }
 
     void gridIsWalkedByKeys_data()

@@ -176,7 +176,7 @@ private Q_SLOTS:
                 program.clickAt(Program::middleOf(item));
         }
         QTEST(value(), "to");
-        QCOMPARE(SettingsStore().property(setting.toLatin1()).toInt(), value()); // is stored
+        QTRY_COMPARE(SettingsStore().property(setting.toLatin1()).toInt(), value()); // is stored
     }
 
     void wheelStepsOnlyWithTheFocus()
