@@ -78,6 +78,7 @@ bool Application::show()
                                          std::make_unique<GioWorkspace>());
     // Whoever looks at an item may play it next.
     QObject::connect(m_state.get(), &AppState::selectedItemChanged, &MediaEngine::preload);
+    heedTheSystem();
     m_engine = std::make_unique<QQmlApplicationEngine>();
     UiModule::prepare(*m_engine);
     m_engine->setInitialProperties({{QStringLiteral("app"), QVariant::fromValue(m_state.get())}});
@@ -95,6 +96,19 @@ bool Application::show()
     window()->raise();
     window()->requestActivate();
     return true;
+}
+
+void Application::heedTheSystem()
+{
+    m_endSignals = std::make_unique<EndSignals>();
+    // The window is not asked: the system does not wait for an answer.
+    QObject::connect(m_endSignals.get(), &EndSignals::received, m_state.get(), [this] {
+        m_state->saveAll();
+        QCoreApplication::exit();
+    });
+    QObject::connect(
+        &m_application, &QGuiApplication::commitDataRequest, m_state.get(),
+        [this] { m_state->saveAll(); }, Qt::DirectConnection);
 }
 
 int Application::run()

@@ -4,6 +4,7 @@
 
 #include "app/AppState.h"
 #include "main/DesktopManners.h"
+#include "main/EndSignals.h"
 #include "main/SingleInstance.h"
 
 #include <QGuiApplication>
@@ -31,6 +32,7 @@ public:
     int run();
 
 private:
+    void heedTheSystem();
     void open(const QStringList &addresses);
     void comeForward(const QString &activationToken);
 
@@ -41,6 +43,7 @@ private:
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<QQmlApplicationEngine> m_engine; // goes before the state that it shows
     std::unique_ptr<DesktopManners> m_manners;
+    std::unique_ptr<EndSignals> m_endSignals;
 };
 
 } // namespace tavelo

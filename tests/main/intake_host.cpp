@@ -22,7 +22,7 @@ void say(const char *what, const QString &text = {})
 } // namespace
 
 /// intake_host FOLDER [ADDRESS…] : the program with its folders below FOLDER and without a net. It
-/// says what it shows.
+/// says what it shows, and the time of the film that TAVELO_FILM names.
 int main(int argc, char **argv)
 {
     StandardFolders::relocate(QString::fromLocal8Bit(argv[1]));
@@ -42,6 +42,11 @@ int main(int argc, char **argv)
     QWindow *window = application.window();
     QObject::connect(window, &QWindow::activeChanged,
                      [window] { say(window->isActive() ? "front" : "back"); });
+    if (const QString film = qEnvironmentVariable("TAVELO_FILM"); !film.isEmpty()) {
+        QObject::connect(state.playback()->player(), &VideoPlayerManager::currentTimeChanged,
+                         [](double seconds) { say("time", QString::number(seconds)); });
+        state.playLocal({QUrl::fromLocalFile(film), 0, {}});
+    }
     say("shown");
     return application.run();
 }

@@ -3,6 +3,7 @@
 #include "app/AppState.h"
 #include "main/Intake.h"
 #include "main/SingleInstance.h"
+#include "platform/FileContent.h"
 #include "platform/StandardFolders.h"
 #include "testlib/FakeWorkspace.h"
 #include "testlib/FaultServer.h"
@@ -252,6 +253,40 @@ private Q_SLOTS:
         QVERIFY(second.waitForFinished(patience));
         QCOMPARE(second.exitCode(), 1);
         QVERIFY(second.readAllStandardError().contains("does not answer"));
+    }
+
+    void endsInOrderWhenAsked_data()
+    {
+        const auto row = columns<int>("signal");
+        row("by the session", SIGTERM);
+        row("from the terminal", SIGINT);
+        row("without one", SIGHUP);
+    }
+    void endsInOrderWhenAsked()
+    {
+        QFETCH(int, signal);
+        qputenv("TAVELO_FILM", TAVELO_CLIPS "/long.mp4");
+        QProcess &program = start({});
+        qunsetenv("TAVELO_FILM");
+        double reached = 0;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                while (program.canReadLine()) {
+                    const QByteArray line = program.readLine();
+                    if (line.startsWith("time "))
+                        reached = line.mid(5).toDouble();
+                }
+                return reached > 1.6;
+            },
+            patience));
+        ::kill(static_cast<pid_t>(program.processId()), signal);
+        QVERIFY(program.waitForFinished(patience));
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 0);
+        const QString history = folderOf("one") + "/data/TaveloApp/history.json";
+        const auto entries = historyFromJson(FileContent::read(history, 100'000));
+        QVERIFY(entries && entries->whole.size() == 1);
+        QVERIFY(entries->whole.first().position >= reached);
     }
 
     void strangeCallers_data()
