@@ -4,6 +4,7 @@
 #include "platform/FolderWalk.h"
 #include "platform/StandardFolders.h"
 #include "storage/CacheManager.h"
+#include "storage/CacheTag.h"
 #include "storage/LibraryStore.h"
 
 #include <QCoreApplication>
@@ -119,7 +120,8 @@ void directorySize(benchmark::State &state)
                 QStringLiteral("sh"),
                 {QStringLiteral("-c"), QStringLiteral("du -s \"$0\" >/dev/null"), folder});
         });
-        const double seconds = secondsOf([&] { return FolderWalk::directorySize(folder); });
+        const double seconds =
+            secondsOf([&] { return FolderWalk::directorySize(OpenFolder(folder)); });
         state.SetIterationTime(seconds);
         ours += seconds;
     }
@@ -207,8 +209,10 @@ void cleanCache(benchmark::State &state)
     for ([[maybe_unused]] auto turn : state) {
         SettingsStore settings;
         settings.setCachePath(folderOf(int(state.range(0))));
+        const OpenFolder folder(settings.cachePath());
+        CacheTag::put(folder);
         settings.setAutoCleanDays(0);
-        settings.setCacheLimitMB(FolderWalk::directorySize(settings.cachePath()) / 2 / 1'048'576);
+        settings.setCacheLimitMB(FolderWalk::directorySize(folder) / 2 / 1'048'576);
         QElapsedTimer clock;
         clock.start();
         CacheManager cache(settings);

@@ -116,8 +116,8 @@ QCoro::Task<> AppState::inspectFlow(QUrl url)
         co_return setInspected(bytes.error());
     const auto folder = m_cache.torrentDir();
     const QString name = QFileInfo(lastComponent(url)).completeBaseName();
-    const QString path = (folder ? *folder : m_settings.cachePath()) + QLatin1Char('/') + name +
-                         QLatin1String(".torrent");
+    const QString path =
+        folder ? *folder + QLatin1Char('/') + name + QLatin1String(".torrent") : QString();
     const auto parsing = runOnPool([data = *bytes, path] { return keepAndParse(data, path); });
     const auto torrent = co_await parsing;
     if (!self)
@@ -204,7 +204,21 @@ void AppState::useCacheFolder(const QUrl &folder)
 {
     if (!folder.isLocalFile())
         return;
-    m_settings.setCachePath(folder.toLocalFile());
+    cacheFolderFlow(folder.toLocalFile());
+}
+
+QCoro::Task<> AppState::cacheFolderFlow(QString path)
+{
+    const QPointer<AppState> self(this);
+    const auto choosing = runOnPool([path, downloads = m_settings.downloadsPath()] {
+        return CacheFolder::choose(path, downloads);
+    });
+    const auto chosen = co_await choosing;
+    if (!self)
+        co_return;
+    if (!chosen)
+        co_return setNotice(chosen.error().text);
+    m_settings.setCachePath(*chosen);
     m_cache.configureURLCache();
     m_cache.refresh();
 }
@@ -214,6 +228,7 @@ void AppState::useDownloadsFolder(const QUrl &folder)
     if (!folder.isLocalFile())
         return;
     m_settings.setDownloadsPath(folder.toLocalFile());
+    m_cache.configureURLCache(); // the two folders may be one now
     m_cache.refresh();
 }
 

@@ -155,7 +155,8 @@ public:
     /// An http or https address, in the user's browser.
     Q_INVOKABLE void openWebPage(const QUrl &url);
     Q_INVOKABLE void showInFileManager(const QUrl &file);
-    /// From now on the cache is in `folder`; what is in the old one stays there.
+    /// From now on the cache is in `folder`, or in one of its own in it; what is in the old one
+    /// stays there. A notice tells when it cannot be.
     Q_INVOKABLE void useCacheFolder(const QUrl &folder);
     /// From now on downloads are saved in `folder`.
     Q_INVOKABLE void useDownloadsFolder(const QUrl &folder);
@@ -189,6 +190,7 @@ private:
     QCoro::Task<> inspectFlow(QUrl url);
     QCoro::Task<> inspectFileFlow(QString path);
     QCoro::Task<> openFlow(QString address);
+    QCoro::Task<> cacheFolderFlow(QString path);
     QCoro::Task<> tellFailure(QCoro::Task<Workspace::Outcome> deed);
     void tellTrouble(const QString &text);
     void setInspected(const Result<TorrentInfo> &torrent);

@@ -6,12 +6,13 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <filesystem>
-#include <memory>
 
 namespace tavelo::FolderWalk {
 
@@ -21,90 +22,121 @@ constexpr qint64 blockBytes = 512; // of st_blocks (POSIX)
 // A deeper folder is passed over: each level holds one file descriptor.
 constexpr int maxDepth = 128;
 
-struct CloseFolder
+// What may be entered from a folder on.
+class Bounds
 {
-    void operator()(DIR *folder) const { closedir(folder); }
+public:
+    Bounds(const OpenFolder &top, const Ids &spared)
+        : m_device(top.id().device)
+        , m_spared(spared)
+    {}
+
+    // Asked of the folder that was opened, not of its name: that may be another one's by now.
+    OpenFolder enter(const OpenFolder &parent, const char *name) const
+    {
+        OpenFolder folder = parent.below(name);
+        if (!folder || (folder.id().device == m_device && !isSpared(folder.id())))
+            return folder;
+        errno = EXDEV;
+        return {};
+    }
+
+private:
+    bool isSpared(const OpenFolder::Id &id) const
+    {
+        return std::ranges::find(m_spared, id) != m_spared.end();
+    }
+
+    dev_t m_device;
+    const Ids &m_spared;
 };
-using Folder = std::unique_ptr<DIR, CloseFolder>;
-
-Folder openFolder(int parent, const char *name, int flags)
-{
-    const int descriptor = openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags);
-    DIR *folder = descriptor < 0 ? nullptr : fdopendir(descriptor);
-    if (!folder && descriptor >= 0)
-        close(descriptor);
-    return Folder(folder);
-}
-
-bool isDots(const char *name)
-{
-    return qstrcmp(name, ".") == 0 || qstrcmp(name, "..") == 0;
-}
 
 class Walk
 {
 public:
-    explicit Walk(const std::function<void(const File &)> &visit)
-        : m_visit(visit)
+    Walk(const Bounds &bounds, const std::function<void(const File &)> &visit)
+        : m_bounds(bounds)
+        , m_visit(visit)
     {}
 
-    void enter(const Folder &folder, const QByteArray &path, int depth)
+    // `prefix`: the folder's path with a slash at its end, empty for the first.
+    void enter(const OpenFolder &folder, const QByteArray &prefix, int depth)
     {
-        while (const dirent *entry = readdir(folder.get())) {
-            if (!isDots(entry->d_name))
-                visitEntry(folder, path + '/' + entry->d_name, entry->d_name, depth);
-        }
+        folder.eachName([&](const char *name) { visitEntry(folder, prefix, name, depth); });
     }
 
 private:
-    void visitEntry(const Folder &folder, const QByteArray &path, const char *name, int depth)
+    void visitEntry(const OpenFolder &folder, const QByteArray &prefix, const char *name, int depth)
     {
         struct stat facts;
-        const int parent = dirfd(folder.get());
-        if (fstatat(parent, name, &facts, AT_SYMLINK_NOFOLLOW) != 0)
+        if (fstatat(folder.descriptor(), name, &facts, AT_SYMLINK_NOFOLLOW) != 0)
             return;
         if (S_ISREG(facts.st_mode)) {
-            m_visit({path, facts.st_blocks * blockBytes,
+            m_visit({prefix + name, facts.st_blocks * blockBytes,
                      facts.st_mtim.tv_sec * 1'000'000'000LL + facts.st_mtim.tv_nsec});
         } else if (S_ISDIR(facts.st_mode) && depth < maxDepth) {
-            if (const Folder below = openFolder(parent, name, O_NOFOLLOW))
-                enter(below, path, depth + 1);
+            if (const OpenFolder below = m_bounds.enter(folder, name))
+                enter(below, prefix + name + '/', depth + 1);
         }
     }
 
+    const Bounds &m_bounds;
     const std::function<void(const File &)> &m_visit;
 };
 
-} // namespace
-
-bool files(const QString &folder, const std::function<void(const File &)> &visit)
+void removeBelow(const OpenFolder &folder, const QByteArrayList &kept, const Bounds &bounds,
+                 int depth)
 {
-    const QByteArray path = QFile::encodeName(folder);
-    const Folder top = openFolder(AT_FDCWD, path.constData(), 0);
-    if (top)
-        Walk(visit).enter(top, path, 0);
-    return top != nullptr;
+    QByteArrayList names; // first all of them: a folder that changes may be listed with gaps
+    folder.eachName([&](const char *name) { names.append(name); });
+    for (const QByteArray &name : names) {
+        if (kept.contains(name) || unlinkat(folder.descriptor(), name.constData(), 0) == 0)
+            continue;
+        const OpenFolder below = bounds.enter(folder, name.constData());
+        if (!below || depth == maxDepth)
+            continue;
+        removeBelow(below, {}, bounds, depth + 1);
+        unlinkat(folder.descriptor(), name.constData(), AT_REMOVEDIR);
+    }
 }
 
-qint64 directorySize(const QString &folder)
+} // namespace
+
+void files(const OpenFolder &folder, const Ids &spared,
+           const std::function<void(const File &)> &visit)
+{
+    if (folder)
+        Walk(Bounds(folder, spared), visit).enter(folder, {}, 0);
+}
+
+qint64 directorySize(const OpenFolder &folder, const Ids &spared)
 {
     qint64 sum = 0;
-    files(folder, [&](const File &file) { sum += file.allocated; });
+    files(folder, spared, [&](const File &file) { sum += file.allocated; });
     return sum;
 }
 
-void removeEntries(const QString &folder, const QString &kept)
+bool removeFile(const OpenFolder &folder, const QByteArray &path, const Ids &spared)
 {
-    const auto entries = QDir(folder).entryInfoList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
-    for (const QFileInfo &entry : entries) {
-        if (entry.fileName() == kept)
-            continue;
-        if (entry.isDir() && !entry.isSymLink())
-            QDir(entry.filePath()).removeRecursively();
-        else
-            QFile::remove(entry.filePath());
+    const Bounds bounds(folder, spared);
+    const OpenFolder *parent = &folder;
+    OpenFolder entered;
+    QByteArrayList names = path.split('/');
+    const QByteArray last = names.takeLast();
+    for (const QByteArray &name : names) {
+        OpenFolder next = bounds.enter(*parent, name.constData());
+        if (!next)
+            return errno == ENOENT;
+        entered = std::move(next);
+        parent = &entered;
     }
+    return unlinkat(parent->descriptor(), last.constData(), 0) == 0 || errno == ENOENT;
+}
+
+void removeEntries(const OpenFolder &folder, const QByteArrayList &kept, const Ids &spared)
+{
+    if (folder)
+        removeBelow(folder, kept, Bounds(folder, spared), 0);
 }
 
 qint64 freeSpace(const QString &path)

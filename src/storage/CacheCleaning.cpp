@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "storage/CacheCleaning.h"
 
-#include "platform/FolderWalk.h"
+#include "storage/CacheTag.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <vector>
@@ -16,51 +15,67 @@ namespace {
 
 using FolderWalk::File;
 
-void remove(const File &file)
+class Cleaning
 {
-    QFile::remove(QFile::decodeName(file.path));
-}
+public:
+    explicit Cleaning(const CacheFolder &cache)
+        : m_cache(cache)
+        , m_spared(cache.spared())
+    {
+        FolderWalk::files(m_cache.folder(), m_spared, [this](const File &file) {
+            if (file.path != CacheTag::fileName)
+                m_files.push_back(file);
+        });
+    }
 
-bool isGone(const File &file)
-{
-    return !QFileInfo::exists(QFile::decodeName(file.path));
-}
+    void removeOlderThan(qint64 cutoffNs)
+    {
+        std::erase_if(m_files,
+                      [&](const File &file) { return file.modifiedNs < cutoffNs && remove(file); });
+    }
 
-void removeOlderThan(std::vector<File> &files, qint64 cutoffNs)
-{
-    for (const File &file : files) {
-        if (file.modifiedNs < cutoffNs)
+    void removeUntil(qint64 limitBytes)
+    {
+        std::ranges::stable_sort(m_files, {}, &File::modifiedNs);
+        qint64 total = 0;
+        for (const File &file : m_files)
+            total += file.allocated;
+        for (const File &file : m_files) {
+            if (total <= limitBytes)
+                return;
+            total -= file.allocated;
             remove(file);
+        }
     }
-    std::erase_if(files, isGone);
-}
 
-void removeUntil(std::vector<File> &files, qint64 limitBytes)
-{
-    std::ranges::stable_sort(files, {}, &File::modifiedNs);
-    qint64 total = 0;
-    for (const File &file : files)
-        total += file.allocated;
-    for (const File &file : files) {
-        if (total <= limitBytes)
-            return;
-        total -= file.allocated;
-        remove(file);
+private:
+    bool remove(const File &file) const
+    {
+        return FolderWalk::removeFile(m_cache.folder(), file.path, m_spared);
     }
-}
+
+    const CacheFolder &m_cache;
+    const FolderWalk::Ids m_spared;
+    std::vector<File> m_files;
+};
 
 } // namespace
 
-void cleanCache(const QString &folder, qint64 days, qint64 limitBytes, const QDateTime &now)
+void cleanCache(const CacheFolder &cache, qint64 days, qint64 limitBytes, const QDateTime &now)
 {
     constexpr qint64 nsPerMs = 1'000'000;
-    std::vector<File> files;
-    FolderWalk::files(folder, [&](const File &file) { files.push_back(file); });
+    Cleaning cleaning(cache);
     if (days > 0) {
         const QDateTime cutoff = now.addDays(-std::min(days, qint64(36'500)));
-        removeOlderThan(files, cutoff.toMSecsSinceEpoch() * nsPerMs);
+        cleaning.removeOlderThan(cutoff.toMSecsSinceEpoch() * nsPerMs);
     }
-    removeUntil(files, limitBytes);
+    cleaning.removeUntil(limitBytes);
+}
+
+void clearCache(const CacheFolder &cache, const QString &kept)
+{
+    FolderWalk::removeEntries(cache.folder(), {CacheTag::fileName, QFile::encodeName(kept)},
+                              cache.spared());
 }
 
 } // namespace tavelo

@@ -2,13 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "storage/CacheManager.h"
 
-#include "platform/FolderWalk.h"
 #include "platform/HttpClient.h"
 #include "platform/ThreadPool.h"
 #include "storage/CacheCleaning.h"
 
 #include <QCoroFuture>
-#include <QDir>
 #include <QPointer>
 
 #include <limits>
@@ -24,7 +22,15 @@ struct Space
 {
     qint64 used = 0;
     qint64 free = 0;
+    CacheFolder::Standing standing = CacheFolder::Standing::Ours;
 };
+
+Space measured(const QString &path, const QString &downloads)
+{
+    const auto cache = CacheFolder::inUse(path, downloads);
+    return {cache ? FolderWalk::directorySize(cache->folder(), cache->spared()) : 0,
+            FolderWalk::freeSpace(downloads), CacheFolder::standing(path, downloads)};
+}
 
 qint64 bytesOf(qint64 megabytes)
 {
@@ -44,17 +50,40 @@ CacheManager::CacheManager(SettingsStore &settings, QObject *parent)
     enforce();
 }
 
+QString CacheManager::folderProblem() const
+{
+    switch (m_standing) {
+    case CacheFolder::Standing::Foreign:
+        return tr("This folder holds other files. Choose the cache folder again.");
+    case CacheFolder::Standing::Missing:
+        return tr("No cache was found in this folder: its disk may be missing. Until it is back, "
+                  "the cache is kept elsewhere.");
+    case CacheFolder::Standing::Ours:
+        break;
+    }
+    return {};
+}
+
+std::optional<CacheFolder> CacheManager::folder() const
+{
+    return CacheFolder::inUse(m_settings.cachePath(), m_settings.downloadsPath());
+}
+
 Result<QString> CacheManager::torrentDir() const
 {
-    const QString folder = QDir(m_settings.cachePath()).filePath(torrentsName);
-    if (!QDir().mkpath(folder))
-        return Error{ErrorKind::Storage, tr("The folder %1 cannot be created.").arg(folder), 0};
-    return folder;
+    const auto cache = folder();
+    if (!cache)
+        return Error{ErrorKind::Storage, tr("There is no folder for the cache."), 0};
+    return cache->subfolder(torrentsName);
 }
 
 void CacheManager::configureURLCache()
 {
-    HttpClient::shared().setCacheFolder(QDir(m_settings.cachePath()).filePath(urlCacheName));
+    const auto cache = folder();
+    if (!cache)
+        return;
+    if (const auto store = cache->subfolder(urlCacheName))
+        HttpClient::shared().setCacheFolder(*store);
 }
 
 void CacheManager::refresh()
@@ -65,17 +94,19 @@ void CacheManager::refresh()
 QCoro::Task<> CacheManager::refreshFlow()
 {
     const QPointer<CacheManager> self(this);
-    const auto measured =
+    const auto measuring =
         runOnPool([cache = m_settings.cachePath(), downloads = m_settings.downloadsPath()] {
-            return Space{FolderWalk::directorySize(cache), FolderWalk::freeSpace(downloads)};
+            return measured(cache, downloads);
         });
-    const Space space = co_await measured;
+    const Space space = co_await measuring;
     if (!self)
         co_return;
     m_usedBytes = space.used;
     Q_EMIT usedBytesChanged();
     m_freeBytes = space.free;
     Q_EMIT freeBytesChanged();
+    m_standing = space.standing;
+    Q_EMIT folderProblemChanged();
 }
 
 void CacheManager::enforce()
@@ -87,9 +118,10 @@ QCoro::Task<> CacheManager::enforceFlow()
 {
     const QPointer<CacheManager> self(this);
     const auto cleaned =
-        runOnPool([cache = m_settings.cachePath(), days = m_settings.autoCleanDays(),
-                   limit = bytesOf(m_settings.cacheLimitMB())] {
-            cleanCache(cache, days, limit, QDateTime::currentDateTimeUtc());
+        runOnPool([path = m_settings.cachePath(), downloads = m_settings.downloadsPath(),
+                   days = m_settings.autoCleanDays(), limit = bytesOf(m_settings.cacheLimitMB())] {
+            if (const auto cache = CacheFolder::inUse(path, downloads))
+                cleanCache(*cache, days, limit, QDateTime::currentDateTimeUtc());
         });
     co_await cleaned;
     if (self)
@@ -104,10 +136,16 @@ void CacheManager::clear()
 QCoro::Task<> CacheManager::clearFlow()
 {
     const QPointer<CacheManager> self(this);
-    const QString cache = m_settings.cachePath();
+    configureURLCache(); // the folder may be another by now
     const auto forgotten = HttpClient::shared().clearCache();
     co_await forgotten;
-    const auto removed = runOnPool([cache] { FolderWalk::removeEntries(cache, urlCacheName); });
+    if (!self)
+        co_return;
+    const auto removed =
+        runOnPool([path = m_settings.cachePath(), downloads = m_settings.downloadsPath()] {
+            if (const auto cache = CacheFolder::inUse(path, downloads))
+                clearCache(*cache, urlCacheName);
+        });
     co_await removed;
     if (self)
         refresh();

@@ -45,8 +45,7 @@ QList<ProviderConfig> storedProviders(Preferences &preferences)
 SettingsStore::SettingsStore(QObject *parent)
     : QObject(parent)
     , m_preferences(StandardFolders::configuration() + QLatin1String("/preferences.json"))
-    , m_cachePath(
-          m_preferences.string(cachePathKey).value_or(appSupport() + QLatin1String("/Cache")))
+    , m_cachePath(m_preferences.string(cachePathKey).value_or(defaultCachePath()))
     , m_downloadsPath(m_preferences.string(downloadsPathKey).value_or(StandardFolders::movies()))
     , m_cacheLimitMB(m_preferences.integer(cacheLimitMBKey).value_or(1024))
     , m_autoCleanDays(m_preferences.integer(autoCleanDaysKey).value_or(14))
@@ -62,6 +61,11 @@ QString SettingsStore::appSupport()
         return path;
     }();
     return folder;
+}
+
+QString SettingsStore::defaultCachePath()
+{
+    return appSupport() + QLatin1String("/Cache");
 }
 
 void SettingsStore::setCachePath(const QString &path)

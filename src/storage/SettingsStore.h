@@ -31,6 +31,8 @@ public:
     /// The folder of the program's own data. The first use creates it; a failure shows where
     /// something is written into it.
     static QString appSupport();
+    /// Where the cache is unless the user has chosen another folder. Not created.
+    static QString defaultCachePath();
 
     // Paths of folders; neither is created here.
     QString cachePath() const { return m_cachePath; }
