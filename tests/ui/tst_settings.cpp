@@ -229,6 +229,27 @@ private Q_SLOTS:
             QTRY_VERIFY(QDir(after + "/URLCache").exists());
     }
 
+    void aCacheFolderOfOthersIsTold()
+    {
+        Program program;
+        const QTemporaryDir home;
+        QVERIFY(QDir(home.path()).mkdir("Documents"));
+        QVERIFY(program.show());
+        program.state().settings()->setCachePath(home.path());
+        QVERIFY(program.click("Settings"));
+        const QString problem = "This folder holds other files. Choose the cache folder again.";
+        QTRY_VERIFY(program.text(problem));
+        program.state().useCacheFolder(QUrl::fromLocalFile(home.path()));
+        QTRY_VERIFY(program.text(home.filePath("Tavelo Cache")));
+        QTRY_VERIFY(!program.text(problem));
+        program.state().useCacheFolder(QUrl::fromLocalFile("/proc/self"));
+        QTRY_VERIFY(program.text("The cache cannot be kept in /proc/self/Tavelo Cache: "
+                                 "No such file or directory."));
+        QCOMPARE(program.state().settings()->cachePath(), home.filePath("Tavelo Cache"));
+        QCOMPARE(QDir(home.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList({"Documents", "Tavelo Cache"}));
+    }
+
     void cacheIsMeasuredWhenShown()
     {
         Program program;

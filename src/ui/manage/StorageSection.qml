@@ -17,6 +17,12 @@ FormSection {
 
         onChosen: folder => section.app.useCacheFolder(folder)
     }
+    FormCaption {
+        color: Theme.warning
+        ruled: false
+        text: section.app.cache.folderProblem
+        visible: text !== ""
+    }
     FolderRow {
         path: section.app.settings.downloadsPath
         title: qsTr("Saved downloads folder")
