@@ -4,18 +4,29 @@
 
 #include "catalogue/NetError.h"
 
+#include <QCoreApplication>
+
 namespace tavelo {
+
+Result<QByteArray> bodyOf(Result<HttpResponse> response)
+{
+    if (!response)
+        return response.error();
+    if (!response->leadsTo.isEmpty())
+        return Error{ErrorKind::BadUrl,
+                     QCoreApplication::translate(
+                         "FetchData", "The server redirects to an address that is not on the web."),
+                     0};
+    if (response->status < 200 || response->status > 299)
+        return NetError::http(response->status);
+    return (*std::move(response)).body;
+}
 
 QCoro::Task<Result<QByteArray>> fetchData(QUrl url, std::chrono::milliseconds timeout,
                                           std::stop_token stop, HttpClient &client)
 {
     auto response = co_await client.get(std::move(url), timeout, std::move(stop));
-    if (!response)
-        co_return response.error();
-    const bool isHttp = response->status != 0;
-    if (isHttp && (response->status < 200 || response->status > 299))
-        co_return NetError::http(response->status);
-    co_return (*std::move(response)).body;
+    co_return bodyOf(std::move(response));
 }
 
 } // namespace tavelo

@@ -6,9 +6,11 @@
 
 namespace tavelo {
 
-/// The body of a GET, whole. A status outside 200 to 299 is NetError::http; everything else that
-/// goes wrong is the transport's error, unchanged. `client` must outlive the flow. Main thread
-/// only.
+/// The body of a response with a status of 200 to 299. Any other is NetError::http; a redirect that
+/// leaves the web is ErrorKind::BadUrl; an error stays what it is.
+Result<QByteArray> bodyOf(Result<HttpResponse> response);
+
+/// The body of a GET, whole, by that rule. `client` must outlive the flow. Main thread only.
 QCoro::Task<Result<QByteArray>> fetchData(QUrl url, std::chrono::milliseconds timeout,
                                           std::stop_token stop = {},
                                           HttpClient &client = HttpClient::shared());

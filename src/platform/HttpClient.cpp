@@ -6,6 +6,7 @@
 #include "platform/NetworkThread.h"
 #include "platform/ResponseCache.h"
 #include "platform/UserAgent.h"
+#include "platform/WebAddress.h"
 
 #include <QCoreApplication>
 #include <QCoroFuture>
@@ -26,7 +27,7 @@ HttpClient::HttpClient(QObject *parent)
     : QObject(parent)
     , m_network(new QNetworkAccessManager)
 {
-    m_network->setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
+    m_network->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy); // HttpExchange follows
     m_network->moveToThread(&NetworkThread::shared());
 }
 
@@ -38,12 +39,15 @@ HttpClient::~HttpClient()
 QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::milliseconds timeout,
                                                   std::stop_token stop)
 {
+    // The network library reads files, too, and a pipe would hold up its thread for good.
+    if (!isWebAddress(url))
+        co_return Error{ErrorKind::BadUrl, tr("This is not a web address."), 0};
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", userAgent());
     const auto promise = std::make_shared<QPromise<Result<HttpResponse>>>();
     promise->start();
     QMetaObject::invokeMethod(m_network, [network = m_network, request, timeout, stop, promise] {
-        auto *exchange = new HttpExchange(network->get(request), timeout, stop);
+        auto *exchange = new HttpExchange(network, request, timeout, stop);
         QObject::connect(exchange, &HttpExchange::finished, exchange, [exchange, promise] {
             promise->addResult(exchange->takeResult());
             promise->finish();

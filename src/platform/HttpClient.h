@@ -19,7 +19,9 @@ namespace tavelo {
 struct HttpResponse
 {
     QByteArray body;
-    int status = 0; // 0: the address was not an HTTP one (a file)
+    int status = 0;
+    /// Of a redirect that leaves the web, where it points, letter for letter; else empty.
+    QString leadsTo;
 };
 
 class ResponseCache;
@@ -40,9 +42,11 @@ public:
     explicit HttpClient(QObject *parent = nullptr);
     ~HttpClient() override;
 
-    /// One GET. Redirects are followed, never from https to http. Any final status is a response,
-    /// also 404. Errors: TimedOut when the whole exchange has not ended after `timeout`, Cancelled
-    /// once `stop` is requested, TooLarge, else Transport with the network library's text.
+    /// One GET. Redirects are followed, never from https to http and never out of the web. Any
+    /// final status is a response, also 404. Errors: BadUrl, at once, for anything but an http or
+    /// https address with a host; TimedOut when the whole exchange has not ended after `timeout`,
+    /// Cancelled once `stop` is requested, TooLarge, else Transport, mostly with the network
+    /// library's text.
     QCoro::Task<Result<HttpResponse>> get(QUrl url, std::chrono::milliseconds timeout,
                                           std::stop_token stop = {});
 

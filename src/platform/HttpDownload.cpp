@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/HttpDownload.h"
 
+#include "platform/WebAddress.h"
+
 #include <QSslSocket>
 
 #include <algorithm>
@@ -51,8 +53,7 @@ qsizetype endOfHead(const QByteArray &text)
 
 bool HttpDownload::canFetch(const QUrl &url)
 {
-    return url.isValid() && !url.host().isEmpty() &&
-           (isSecure(url) || url.scheme() == QLatin1String("http"));
+    return isWebAddress(url);
 }
 
 HttpDownload::HttpDownload(QUrl url, Fields fields, std::chrono::milliseconds silenceLimit)

@@ -2,11 +2,30 @@
 // SPDX-License-Identifier: MIT
 #include "platform/HttpExchange.h"
 
+#include "platform/WebAddress.h"
+
 namespace tavelo {
 
-HttpExchange::HttpExchange(QNetworkReply *reply, std::chrono::milliseconds timeout,
-                           std::stop_token stop)
-    : m_reply(reply)
+namespace {
+
+constexpr int mostRedirects = 20;
+
+bool isRedirect(int status)
+{
+    return (status >= 301 && status <= 303) || status == 307 || status == 308;
+}
+
+bool isSecure(const QUrl &url)
+{
+    return url.scheme() == QLatin1String("https");
+}
+
+} // namespace
+
+HttpExchange::HttpExchange(QNetworkAccessManager *network, QNetworkRequest request,
+                           std::chrono::milliseconds timeout, std::stop_token stop)
+    : m_network(network)
+    , m_request(std::move(request))
     , m_onStop(std::move(stop), [this] {
         // A stop may be requested on any thread, and while this object is being built.
         QMetaObject::invokeMethod(
@@ -14,20 +33,27 @@ HttpExchange::HttpExchange(QNetworkReply *reply, std::chrono::milliseconds timeo
             Qt::QueuedConnection);
     })
 {
-    m_reply->setParent(this);
     m_deadline.setSingleShot(true);
     connect(&m_deadline, &QTimer::timeout, this,
             [this] { fail(ErrorKind::TimedOut, tr("The request timed out.")); });
     m_deadline.start(timeout);
-    connect(m_reply, &QNetworkReply::readyRead, this, &HttpExchange::readAvailable);
-    // Queued: a reply that is finished already must not end us before anyone listens.
-    connect(m_reply, &QNetworkReply::finished, this, &HttpExchange::replyFinished,
-            Qt::QueuedConnection);
-    if (m_reply->isFinished())
-        QMetaObject::invokeMethod(this, &HttpExchange::replyFinished, Qt::QueuedConnection);
+    send();
 }
 
 HttpExchange::~HttpExchange() = default;
+
+void HttpExchange::send()
+{
+    m_reply.reset(m_network->get(m_request));
+    QNetworkReply *reply = m_reply.get();
+    reply->setParent(this);
+    connect(reply, &QNetworkReply::readyRead, this, &HttpExchange::readAvailable);
+    // Queued: a reply that is finished already must not end us before anyone listens.
+    connect(reply, &QNetworkReply::finished, this, &HttpExchange::replyFinished,
+            Qt::QueuedConnection);
+    if (reply->isFinished())
+        QMetaObject::invokeMethod(this, &HttpExchange::replyFinished, Qt::QueuedConnection);
+}
 
 void HttpExchange::readAvailable()
 {
@@ -40,6 +66,8 @@ void HttpExchange::readAvailable()
 
 void HttpExchange::replyFinished()
 {
+    if (!m_reply->isFinished())
+        return; // told of the one before it
     readAvailable();
     if (m_result)
         return;
@@ -49,7 +77,26 @@ void HttpExchange::replyFinished()
     const bool statusError = error >= QNetworkReply::ContentAccessDenied;
     if (error != QNetworkReply::NoError && !(statusError && status > 0))
         return fail(ErrorKind::Transport, m_reply->errorString());
-    end(HttpResponse{std::move(m_body), status});
+    const QByteArray location = m_reply->rawHeader("Location").trimmed();
+    if (isRedirect(status) && !location.isEmpty())
+        return redirect(location);
+    end(HttpResponse{std::move(m_body), status, {}});
+}
+
+// By ourselves: the network library does not always say where one points that it does not follow.
+void HttpExchange::redirect(const QByteArray &location)
+{
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const QUrl next = m_request.url().resolved(QUrl::fromEncoded(location));
+    if (!isWebAddress(next))
+        return end(HttpResponse{{}, status, QString::fromUtf8(location)});
+    if (isSecure(m_request.url()) && !isSecure(next))
+        return fail(ErrorKind::Transport, tr("The server redirects from https to http."));
+    if (!m_network || ++m_redirects > mostRedirects)
+        return fail(ErrorKind::Transport, tr("The server redirects too often."));
+    m_body.clear();
+    m_request.setUrl(next);
+    send();
 }
 
 void HttpExchange::end(Result<HttpResponse> result)

@@ -5,20 +5,24 @@
 #include "platform/HttpClient.h"
 
 #include <QNetworkReply>
+#include <QPointer>
 #include <QTimer>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace tavelo {
 
-/// One request on its way. Emits `finished` exactly once, never from inside the constructor.
+/// One request on its way, redirects included. Emits `finished` exactly once, never from inside
+/// the constructor.
 class HttpExchange : public QObject
 {
     Q_OBJECT
 
 public:
-    HttpExchange(QNetworkReply *reply, std::chrono::milliseconds timeout, std::stop_token stop);
+    HttpExchange(QNetworkAccessManager *network, QNetworkRequest request,
+                 std::chrono::milliseconds timeout, std::stop_token stop);
     ~HttpExchange() override;
 
     /// Valid after `finished`.
@@ -28,12 +32,17 @@ Q_SIGNALS:
     void finished();
 
 private:
+    void send();
     void readAvailable();
     void replyFinished();
+    void redirect(const QByteArray &location);
     void end(Result<HttpResponse> result);
     void fail(ErrorKind kind, const QString &text) { end(Error{kind, text}); }
 
-    QNetworkReply *m_reply;
+    const QPointer<QNetworkAccessManager> m_network;
+    QNetworkRequest m_request;
+    std::unique_ptr<QNetworkReply, QScopedPointerDeleteLater> m_reply;
+    int m_redirects = 0;
     QTimer m_deadline;
     QByteArray m_body;
     std::optional<Result<HttpResponse>> m_result;

@@ -3,6 +3,7 @@
 #include "search/TorznabItem.h"
 
 #include "catalogue/Text.h"
+#include "platform/WebAddress.h"
 
 #include <algorithm>
 #include <limits>
@@ -71,8 +72,7 @@ std::optional<QString> TorznabItem::magnet() const
 std::optional<QUrl> TorznabItem::torrentURL() const
 {
     const auto address = url(value(Key::Enclosure) ? Key::Enclosure : Key::Link);
-    const bool isWeb = address && address->scheme().startsWith(QLatin1String("http"));
-    return isWeb ? address : std::nullopt;
+    return address && isWebAddress(*address) ? address : std::nullopt;
 }
 
 // Torznab counts the seeders among the peers.

@@ -6,8 +6,13 @@
 #include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
-#include <QTemporaryFile>
+#include <QScopeGuard>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <thread>
 
@@ -91,15 +96,61 @@ private Q_SLOTS:
         }
     }
 
-    void fileIsReadWithoutStatus()
+    void redirectThatIsNotFollowed_data()
     {
-        QTemporaryFile file;
-        QVERIFY(file.open());
-        file.write("here");
-        file.close();
-        const auto result = fetched(QUrl::fromLocalFile(file.fileName()));
-        QVERIFY(result);
-        QCOMPARE(*result, "here");
+        const auto row = columns<QByteArray, QString>("location", "text");
+        const QString outOfTheWeb = "The server redirects to an address that is not on the web.";
+        row("a file", "file:///etc/hostname", outOfTheWeb);
+        row("a magnet link", "magnet:?xt=urn:btih:0", outOfTheWeb);
+        row("no host", "http:///x", outOfTheWeb);
+        row("to itself", "/x", "The server redirects too often.");
+        row("to nowhere", "", "HTTP 302");
+    }
+    void redirectThatIsNotFollowed()
+    {
+        QFETCH(QByteArray, location);
+        m_server.redirect("/x", location, 302);
+        const auto result = fetched(m_server.url("/x"));
+        QVERIFY(!result);
+        QTEST(result.error().text, "text");
+    }
+
+    void nothingButTheWeb_data()
+    {
+        const auto row = columns<QString>("address");
+        row("a file", "file:///etc/hostname");
+        row("a file by capitals", "FILE:///etc/hostname");
+        row("a file without a scheme", "/etc/hostname");
+        row("one of ours", "qrc:/qt-project.org/");
+        row("data", "data:text/plain,here");
+        row("another service", "ftp://127.0.0.1/x");
+        row("no host", "http:///etc/hostname");
+        row("nothing", "");
+    }
+    void nothingButTheWeb()
+    {
+        QFETCH(QString, address);
+        const auto result = fetched(QUrl(address));
+        QVERIFY(!result);
+        QCOMPARE(result.error(), (Error{ErrorKind::BadUrl, "This is not a web address."}));
+    }
+
+    void pipeDoesNotStopTheNetwork()
+    {
+        const QTemporaryDir folder;
+        const QByteArray pipe = QFile::encodeName(folder.filePath("pipe.torrent"));
+        QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+        // Whoever waits for a writer goes on, so that a failure does not hang the test.
+        const auto writer = qScopeGuard([&] {
+            const int descriptor = ::open(pipe.constData(), O_WRONLY | O_NONBLOCK);
+            if (descriptor >= 0)
+                ::close(descriptor);
+        });
+        m_server.serve("/x", {.body = "quick"});
+        QStringList ended;
+        const auto local = note("pipe", QUrl::fromLocalFile(QFile::decodeName(pipe)), {}, &ended);
+        const auto remote = note("web", m_server.url("/x"), {}, &ended);
+        QTRY_COMPARE_WITH_TIMEOUT(ended, QStringList({"pipe", "web"}), 3000);
     }
 
     void refusedUntilTheServiceIsBack()

@@ -80,6 +80,16 @@ private Q_SLOTS:
         QCOMPARE(m_server.requests().size(), 3);
     }
 
+    void followsAKeptRedirect()
+    {
+        m_server.serve("/x", {.body = "moved",
+                              .status = 301,
+                              .headers = m_anHour + FaultServer::Headers{{"Location", "/end"}}});
+        m_server.serve("/end", {.body = "end"});
+        QCOMPARE(body(), "end");
+        QCOMPARE(body(), "end");
+    }
+
     void neverHidesAFailure()
     {
         m_server.serve("/x", {.body = "old", .etag = "\"1\""});

@@ -3,6 +3,7 @@
 #include "platform/desktop/GioWorkspace.h"
 
 #include "platform/ThreadPool.h"
+#include "platform/WebAddress.h"
 
 #include <QCoroFuture>
 #include <QFile>
@@ -55,12 +56,9 @@ std::optional<Outgoing> magnetOrTorrentFile(const QString &address)
 
 std::optional<Outgoing> webPage(const QUrl &url)
 {
-    const QString scheme = url.scheme();
-    if (scheme != QLatin1String("http") && scheme != QLatin1String("https"))
+    if (!isWebAddress(url))
         return {};
-    if (!url.isValid() || url.host().isEmpty())
-        return {};
-    return Outgoing{url.toEncoded(), "x-scheme-handler/" + scheme.toLatin1()};
+    return Outgoing{url.toEncoded(), "x-scheme-handler/" + url.scheme().toLatin1()};
 }
 
 bool isThisProgram(const char *word)
