@@ -15,9 +15,11 @@ constexpr std::array extensions{QLatin1String("mp4"), QLatin1String("m4v"), QLat
                                 QLatin1String("mkv"), QLatin1String("avi"), QLatin1String("webm"),
                                 QLatin1String("ogv")};
 
+// The listing passes links to pipes and devices, which would hold up whoever opens them.
 bool isVideo(const QFileInfo &file)
 {
-    return std::ranges::find(extensions, file.suffix().toLower()) != extensions.end();
+    return file.isFile() &&
+           std::ranges::find(extensions, file.suffix().toLower()) != extensions.end();
 }
 
 QDateTime creationOf(const QFileInfo &file)

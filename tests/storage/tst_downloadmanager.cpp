@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace tavelo;
 
 namespace {
@@ -293,6 +295,11 @@ private Q_SLOTS:
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write("123");
         }
+        // Whoever opens one of these waits for ever.
+        const QString pipe = folder() + "/pipe.mp4";
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        QVERIFY(QFile::link(pipe, folder() + "/link to a pipe.mp4"));
+        QVERIFY(QFile::link("/dev/zero", folder() + "/link to a device.mp4"));
         m_downloads->refreshSaved();
         QTRY_COMPARE(m_downloads->saved().size(), 2);
         QStringList names;
