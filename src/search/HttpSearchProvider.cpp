@@ -3,6 +3,7 @@
 #include "search/HttpSearchProvider.h"
 
 #include "catalogue/FetchData.h"
+#include "catalogue/KeyMask.h"
 #include "platform/ThreadPool.h"
 
 #include <QCoroFuture>
@@ -16,6 +17,13 @@ namespace {
 
 constexpr std::chrono::seconds searchTimeout{15};
 
+// A service's own words may repeat what it was asked with.
+Error withoutKeys(Error error, const ProviderConfig &config)
+{
+    error.text = KeyMask::message(error.text, config);
+    return error;
+}
+
 } // namespace
 
 HttpSearchProvider::HttpSearchProvider(const ProviderConfig &config, MakeRequest makeRequest,
@@ -28,7 +36,7 @@ HttpSearchProvider::HttpSearchProvider(const ProviderConfig &config, MakeRequest
 QCoro::Task<TorrentResults> HttpSearchProvider::search(QString query, std::stop_token stop) const
 {
     const auto parse = m_parse;
-    const QString source = config().name;
+    const ProviderConfig entry = config();
     const auto request = m_makeRequest(config(), query);
     if (!request)
         co_return request.error();
@@ -37,11 +45,15 @@ QCoro::Task<TorrentResults> HttpSearchProvider::search(QString query, std::stop_
     const std::unique_ptr<HttpClient, QScopedPointerDeleteLater> client(new HttpClient);
     const auto body = co_await fetchData(*request, searchTimeout, stop, *client);
     if (!body)
-        co_return body.error();
+        co_return withoutKeys(body.error(), entry);
     if (stop.stop_requested())
         co_return Error{ErrorKind::Cancelled, {}, 0};
-    auto parsed = runOnPool([parse, source, bytes = *body] { return parse(bytes, source); });
-    co_return co_await parsed;
+    auto parsing =
+        runOnPool([parse, source = entry.name, bytes = *body] { return parse(bytes, source); });
+    auto parsed = co_await parsing;
+    if (!parsed)
+        co_return withoutKeys(parsed.error(), entry);
+    co_return parsed;
 }
 
 } // namespace tavelo

@@ -3,6 +3,7 @@
 #include "ui/StorageText.h"
 
 #include "catalogue/Fmt.h"
+#include "catalogue/KeyMask.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -45,7 +46,7 @@ QString StorageText::autoClean(qint64 days)
 
 QString StorageText::provider(const ProviderConfig &config)
 {
-    return label(config.kind) + QStringLiteral(" · ") + config.baseURL;
+    return label(config.kind) + QStringLiteral(" · ") + KeyMask::address(config.baseURL);
 }
 
 } // namespace tavelo

@@ -141,6 +141,17 @@ private Q_SLOTS:
             QVERIFY(!std::get<ProviderStatus::Failed>(status.state).message.isEmpty());
     }
 
+    void namesNoKey()
+    {
+        m_server.serve("/api", {.body = "<error description='No key k&amp;y 123, %2Fold-key, "
+                                        "no /old-key here'/>"});
+        const auto torznab = makeProvider(ProviderConfig::create(
+            "T", ProviderKind::Torznab, m_server.base() + "/api?apikey=%2Fold-key", "k&y 123"));
+        m_aggregator.search("x", {torznab});
+        QTRY_VERIFY(!m_aggregator.isSearching());
+        QCOMPARE(states(), "T: No key •••, •••, no ••• here");
+    }
+
     void saysWhenTimeIsUp()
     {
         m_aggregator.search("x", {std::make_shared<AtOnce>(
