@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppState.h"
 
+#include "app/TorrentFile.h"
 #include "catalogue/FetchData.h"
-#include "platform/FileContent.h"
 #include "platform/HttpClient.h"
 #include "platform/ThreadPool.h"
 #include "storage/DownloadName.h"
+#include "torrent/Magnet.h"
 #include "torrent/TorrentMetadata.h"
 
 #include <QCoroFuture>
@@ -22,27 +23,16 @@ namespace {
 
 using namespace std::chrono_literals;
 
-Result<TorrentInfo> parsedFrom(const QByteArray &bytes, const QString &path)
-{
-    Result<TorrentInfo> torrent = TorrentMetadata::parseTorrent(bytes);
-    if (!torrent)
-        return torrent;
-    TorrentInfo info = *std::move(torrent);
-    info.fileURL = QUrl::fromLocalFile(path);
-    return info;
-}
+constexpr QLatin1String magnetScheme("magnet:");
+const QString invalidMagnet = QStringLiteral("That doesn't look like a valid magnet link.");
 
-// Keeps a copy at `path`, for the user's own application; one that fails is missed there only.
-Result<TorrentInfo> keepAndParse(const QByteArray &bytes, const QString &path)
+Result<TorrentInfo> redirectedTo(const QString &magnet)
 {
-    FileContent::replace(path, bytes);
-    return parsedFrom(bytes, path);
-}
-
-Result<TorrentInfo> readAndParse(const QString &path)
-{
-    const auto bytes = FileContent::load(path, HttpClient::maxBodyBytes);
-    return bytes ? parsedFrom(*bytes, path) : Result<TorrentInfo>(bytes.error());
+    const auto torrent = TorrentMetadata::parseMagnet(magnet);
+    if (torrent)
+        return *torrent;
+    return Error{ErrorKind::Malformed,
+                 AppState::tr("The server redirects to a magnet link that is not valid."), 0};
 }
 
 } // namespace
@@ -98,7 +88,7 @@ void AppState::inspectMagnet(const QString &text)
     if (const auto torrent = TorrentMetadata::parseMagnet(text))
         setOpened(number, *torrent);
     else
-        setNotice(QStringLiteral("That doesn't look like a valid magnet link."));
+        setNotice(invalidMagnet);
 }
 
 void AppState::inspectTorrentURL(const QUrl &url)
@@ -109,16 +99,22 @@ void AppState::inspectTorrentURL(const QUrl &url)
 QCoro::Task<> AppState::inspectFlow(QUrl url)
 {
     const QPointer<AppState> self(this);
-    const auto bytes = co_await fetchData(url, 25s);
+    // A client of its own, which keeps no responses: such links often hold a key.
+    const std::unique_ptr<HttpClient, QScopedPointerDeleteLater> client(new HttpClient);
+    auto response = co_await client->get(url, 25s);
     if (!self)
         co_return;
+    if (response && response->leadsTo.startsWith(magnetScheme))
+        co_return setInspected(redirectedTo(response->leadsTo));
+    const auto bytes = bodyOf(std::move(response));
     if (!bytes)
         co_return setInspected(bytes.error());
     const auto folder = m_cache.torrentDir();
     const QString name = QFileInfo(lastComponent(url)).completeBaseName();
-    const QString path =
-        folder ? *folder + QLatin1Char('/') + name + QLatin1String(".torrent") : QString();
-    const auto parsing = runOnPool([data = *bytes, path] { return keepAndParse(data, path); });
+    const auto parsing = runOnPool([data = *bytes, folder, name] {
+        return folder ? TorrentFile::keep(data, *folder, name)
+                      : TorrentMetadata::parseTorrent(data);
+    });
     const auto torrent = co_await parsing;
     if (!self)
         co_return;
@@ -136,7 +132,7 @@ QCoro::Task<> AppState::inspectFileFlow(QString path)
 {
     const QPointer<AppState> self(this);
     const int number = ++m_openings;
-    const auto parsing = runOnPool([path] { return readAndParse(path); });
+    const auto parsing = runOnPool([path] { return TorrentFile::read(path); });
     const auto torrent = co_await parsing;
     if (!self)
         co_return;
@@ -169,6 +165,36 @@ void AppState::setInspector(const TorrentInfo &torrent)
     Q_EMIT inspectorChanged();
 }
 
+void AppState::openMagnet(const QString &link)
+{
+    if (const auto magnet = essentialMagnet(link))
+        openExternally(*magnet);
+    else
+        setNotice(invalidMagnet);
+}
+
+void AppState::openTorrentFile(const QUrl &file, const QString &infoHash)
+{
+    whenUnchanged(file, infoHash, [=, this] { openExternally(file.toString(QUrl::FullyEncoded)); });
+}
+
+void AppState::showTorrentFile(const QUrl &file, const QString &infoHash)
+{
+    whenUnchanged(file, infoHash, [=, this] { showInFileManager(file); });
+}
+
+QCoro::Task<> AppState::whenUnchanged(QUrl file, QString infoHash, std::function<void()> deed)
+{
+    const QPointer<AppState> self(this);
+    const auto checking = runOnPool(
+        [path = file.toLocalFile(), infoHash] { return TorrentFile::mismatch(path, infoHash); });
+    const auto error = co_await checking;
+    if (self && error)
+        setNotice(error->text);
+    else if (self)
+        deed();
+}
+
 void AppState::openExternally(const QString &address)
 {
     openFlow(address);
@@ -184,7 +210,7 @@ QCoro::Task<> AppState::openFlow(QString address)
         co_await tellFailure(m_workspace->open(address));
         co_return;
     }
-    const bool magnet = address.startsWith(QLatin1String("magnet:"));
+    const bool magnet = address.startsWith(magnetScheme);
     setNotice(QStringLiteral("No app on this Mac is registered to open %1. "
                              "Install a BitTorrent client to use it.")
                   .arg(magnet ? QLatin1String("magnet links") : QLatin1String(".torrent files")));

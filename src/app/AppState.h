@@ -15,6 +15,7 @@
 
 #include <QCoroTask>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -146,15 +147,24 @@ public:
     Q_INVOKABLE void download(const tavelo::ArchiveFile &file, const tavelo::MediaItem &item);
     /// Shows what a magnet link says of its torrent.
     Q_INVOKABLE void inspectMagnet(const QString &text);
-    /// Fetches a .torrent file, keeps a copy in the cache, and shows what it says.
+    /// Fetches a .torrent file, keeps a copy in the cache, and shows what it says; or shows the
+    /// magnet link to which the server redirects instead.
     Q_INVOKABLE void inspectTorrentURL(const QUrl &url);
     /// Shows what a local .torrent file says.
     Q_INVOKABLE void inspectTorrentFile(const QUrl &file);
-    /// Hands a magnet link or a .torrent file to the user's own application for it.
-    Q_INVOKABLE void openExternally(const QString &address);
+    /// Hands a valid magnet link to the user's own application, with nothing but what names the
+    /// torrent and says where it is.
+    Q_INVOKABLE void openMagnet(const QString &link);
+    /// Hands a .torrent file to the user's own application for it, provided that it still is the
+    /// torrent of that info hash, which the user has seen.
+    Q_INVOKABLE void openTorrentFile(const QUrl &file, const QString &infoHash);
+    /// Shows it in its folder, on the same condition.
+    Q_INVOKABLE void showTorrentFile(const QUrl &file, const QString &infoHash);
+    /// Hands a magnet link or a .torrent file, as it is, to the user's own application for it.
+    void openExternally(const QString &address);
     /// An http or https address, in the user's browser.
     Q_INVOKABLE void openWebPage(const QUrl &url);
-    Q_INVOKABLE void showInFileManager(const QUrl &file);
+    void showInFileManager(const QUrl &file);
     /// From now on the cache is in `folder`, or in one of its own in it; what is in the old one
     /// stays there. A notice tells when it cannot be.
     Q_INVOKABLE void useCacheFolder(const QUrl &folder);
@@ -191,6 +201,7 @@ private:
     QCoro::Task<> inspectFileFlow(QString path);
     QCoro::Task<> openFlow(QString address);
     QCoro::Task<> cacheFolderFlow(QString path);
+    QCoro::Task<> whenUnchanged(QUrl file, QString infoHash, std::function<void()> deed);
     QCoro::Task<> tellFailure(QCoro::Task<Workspace::Outcome> deed);
     void tellTrouble(const QString &text);
     void setInspected(const Result<TorrentInfo> &torrent);

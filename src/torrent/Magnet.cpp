@@ -64,6 +64,7 @@ struct Parameter
 {
     QString name;
     std::optional<QString> value; // absent without an equals sign
+    QByteArray encodedValue;
 };
 
 QString percentDecoded(const QByteArray &text)
@@ -82,10 +83,10 @@ std::optional<QList<Parameter>> parametersOf(const QByteArray &link)
     for (const QByteArray &item : address.sliced(start + 1).split('&')) {
         const qsizetype equals = item.indexOf('=');
         if (equals < 0)
-            parameters.append({percentDecoded(item), {}});
+            parameters.append({percentDecoded(item), {}, {}});
         else
-            parameters.append(
-                {percentDecoded(item.first(equals)), percentDecoded(item.sliced(equals + 1))});
+            parameters.append({percentDecoded(item.first(equals)),
+                               percentDecoded(item.sliced(equals + 1)), item.sliced(equals + 1)});
     }
     return parameters;
 }
@@ -122,6 +123,22 @@ QString makeMagnet(const QString &hash, const QString &name)
     for (const QString &tracker : ServiceHosts::current().trackers)
         link += QLatin1String("&tr=") + encoded(tracker);
     return link;
+}
+
+std::optional<QString> essentialMagnet(const QString &link)
+{
+    if (!TorrentMetadata::parseMagnet(link))
+        return {};
+    const QList<Parameter> parameters = *parametersOf(*linkIn(link));
+    QStringList kept;
+    QStringList once{QStringLiteral("xt"), QStringLiteral("dn"), QStringLiteral("xl")};
+    for (const Parameter &parameter : parameters) {
+        const bool repeats =
+            parameter.name == QLatin1String("tr") || parameter.name == QLatin1String("ws");
+        if ((repeats || once.removeOne(parameter.name)) && parameter.value)
+            kept << parameter.name + QLatin1Char('=') + QString::fromLatin1(parameter.encodedValue);
+    }
+    return scheme + QLatin1Char('?') + kept.join(QLatin1Char('&'));
 }
 
 std::optional<TorrentInfo> TorrentMetadata::parseMagnet(const QString &text)

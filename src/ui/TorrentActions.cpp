@@ -44,7 +44,7 @@ void TorrentActions::performOn(TorrentAction action, AppState &app) const
     case InspectMagnet:
         return app.inspectMagnet(*m_result.magnet);
     case OpenMagnet:
-        return app.openExternally(*m_result.magnet);
+        return app.openMagnet(*m_result.magnet);
     case CopyMagnet:
         return Clipboard().setText(*m_result.magnet);
     case InspectFile:

@@ -16,12 +16,12 @@ class TorrentInspectorModel : public QAbstractListModel
     QML_ELEMENT
     Q_PROPERTY(QVariant info READ info WRITE setInfo NOTIFY infoChanged)
     Q_PROPERTY(QString name READ name NOTIFY infoChanged)
+    Q_PROPERTY(QString infoHash READ infoHash NOTIFY infoChanged)
     Q_PROPERTY(QString hashText READ hashText NOTIFY infoChanged)
     Q_PROPERTY(QString summary READ summary NOTIFY infoChanged)
     Q_PROPERTY(QString trackersText READ trackersText NOTIFY infoChanged)
     Q_PROPERTY(QString magnet READ magnet NOTIFY infoChanged)
     Q_PROPERTY(QUrl fileURL READ fileURL NOTIFY infoChanged)
-    Q_PROPERTY(QString fileText READ fileText NOTIFY infoChanged)
     Q_PROPERTY(int count READ count NOTIFY infoChanged)
 
 public:
@@ -32,12 +32,12 @@ public:
     QVariant info() const { return QVariant::fromValue(m_info); }
     void setInfo(const QVariant &info); // a TorrentInfo; anything else is none
     QString name() const { return m_info.name; }
+    QString infoHash() const { return m_info.infoHash; }
     QString hashText() const;
     QString summary() const; // of the files
     QString trackersText() const;
     QString magnet() const { return m_info.magnet; }
     QUrl fileURL() const { return m_info.fileURL.value_or(QUrl()); } // empty: not from a file
-    QString fileText() const { return fileURL().toString(QUrl::FullyEncoded); }
     int count() const { return static_cast<int>(m_info.files.size()); }
 
     /// The symbol for a file, by what its path ends in.

@@ -10,6 +10,7 @@
 #include "testlib/Table.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QJsonDocument>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -20,6 +21,7 @@ using namespace tavelo;
 namespace {
 
 const QByteArray searchPath = "/advancedsearch.php";
+const QString fooHash = "3d894ea380484ec8825768372dc9f5457c041cfa"; // of the torrents named "foo"
 
 QByteArray page(const QList<QByteArray> &ids)
 {
@@ -239,7 +241,7 @@ private Q_SLOTS:
 
     void inspectsRemoteTorrents_data()
     {
-        // notice: empty: it is shown
+        // copy: in the folder of its hash; notice: empty: it is shown
         const auto row =
             columns<QByteArray, QByteArray, QString, QString>("path", "body", "copy", "notice");
         const QByteArray torrent = "d4:infod6:lengthi5e4:name3:fooee";
@@ -249,7 +251,10 @@ private Q_SLOTS:
         row("out of the folder", "/x/..%2F..%2F..%2Fup.torrent", torrent, ".._.._.._up.torrent",
             "");
         row("no name", "/", torrent, "_.torrent", "");
-        row("no torrent", "/page", "<html>", "page.torrent", failed + "Not a valid .torrent file");
+        row("nothing but an extension", "/.torrent", torrent, fooHash + ".torrent", "");
+        row("longer than a file's name", "/" + QByteArray(300, 'x'), torrent, fooHash + ".torrent",
+            "");
+        row("no torrent", "/page", "<html>", "", failed + "Not a valid .torrent file");
         row("not there", "/nowhere", QByteArray(), "", failed + "HTTP 404");
     }
     void inspectsRemoteTorrents()
@@ -266,10 +271,66 @@ private Q_SLOTS:
         QTRY_VERIFY(m_state->inspector() || m_state->notice());
         QCOMPARE(m_state->notice().value_or(QString()), notice);
         QDir folder(*m_state->cache()->torrentDir());
-        QCOMPARE(folder.entryList(QDir::Files | QDir::Hidden).join(' '), copy);
-        if (notice.isEmpty())
-            QCOMPARE(m_state->inspector()->fileURL, QUrl::fromLocalFile(folder.filePath(copy)));
+        QCOMPARE(folder.isEmpty(), !notice.isEmpty());
+        if (notice.isEmpty()) {
+            const QString kept = folder.filePath(fooHash + "/" + copy);
+            QCOMPARE(m_state->inspector()->fileURL, QUrl::fromLocalFile(kept));
+            QCOMPARE(FileContent::read(kept, 1'000), body);
+        }
         QVERIFY(folder.removeRecursively());
+    }
+
+    void copiesOfOneNameAreKeptApart()
+    {
+        m_server.serve("/a/download", {.body = "d4:infod6:lengthi5e4:name3:fooee"});
+        m_server.serve("/b/download", {.body = "d4:infod6:lengthi5e4:name3:baree"});
+        QList<QUrl> copies;
+        for (const char *path : {"/a/download", "/b/download"}) {
+            m_state->clearInspector();
+            m_state->inspectTorrentURL(m_server.url(path));
+            QTRY_VERIFY(m_state->inspector());
+            copies.append(*m_state->inspector()->fileURL);
+        }
+        m_state->clearInspector();
+        m_state->inspectTorrentFile(copies.first());
+        QTRY_VERIFY(m_state->inspector());
+        QCOMPARE(m_state->inspector()->name, "foo");
+        QVERIFY(QDir(*m_state->cache()->torrentDir()).removeRecursively());
+    }
+
+    void fetchedTorrentsStayOutOfTheResponseCache()
+    {
+        m_server.serve("/a.torrent", {.body = "d4:infod6:lengthi5e4:name3:fooee",
+                                      .headers = {{"Cache-Control", "max-age=3600"}}});
+        m_state->inspectTorrentURL(m_server.url("/a.torrent?key=s3cret"));
+        QTRY_VERIFY(m_state->inspector());
+        QDirIterator files(m_state->settings()->cachePath(), QDir::Files,
+                           QDirIterator::Subdirectories);
+        int count = 0;
+        for (; files.hasNext(); ++count)
+            QVERIFY(!FileContent::read(files.next(), 1'000'000).contains("s3cret"));
+        QCOMPARE(count, 1);
+        QVERIFY(QDir(*m_state->cache()->torrentDir()).removeRecursively());
+    }
+
+    void takesAMagnetInPlaceOfATorrent_data()
+    {
+        const auto row = columns<QByteArray, QString, QString>("location", "magnet", "notice");
+        const QString link = "magnet:?xt=urn:btih:" + QString(40, 'a') + "&dn=a%2Db";
+        const QString failed = "Couldn't read torrent: The server redirects to ";
+        row("a magnet link", link.toLatin1(), link, "");
+        row("none that is valid", "magnet:?dn=x", "", failed + "a magnet link that is not valid.");
+        row("a file", "file:///x.torrent", "", failed + "an address that is not on the web.");
+    }
+    void takesAMagnetInPlaceOfATorrent()
+    {
+        QFETCH(QByteArray, location);
+        m_server.redirect("/dl", "/dl2", 302);
+        m_server.redirect("/dl2", location, 302);
+        m_state->inspectTorrentURL(m_server.url("/dl"));
+        QTRY_VERIFY(m_state->inspector() || m_state->notice());
+        QTEST(m_state->inspector() ? m_state->inspector()->magnet : QString(), "magnet");
+        QTEST(m_state->notice().value_or(QString()), "notice");
     }
 
     void inspectsLocalTorrents()

@@ -5,6 +5,7 @@
 
 #include "testlib/Table.h"
 #include "ui/Clipboard.h"
+#include "ui/TorrentActions.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -74,6 +75,41 @@ private Q_SLOTS:
             QTRY_VERIFY(program.text(shown));
     }
 
+    void magnetOfAFeed_data()
+    {
+        const auto row = columns<QString, QString, QString>("link", "handed", "notice");
+        const QString hash = "0123456789abcdef0123456789ABCDEF01234567";
+        const QString topic = "magnet:?xt=urn:btih:" + hash;
+        const QString invalid = "That doesn't look like a valid magnet link.";
+        row("what names the torrent and where it is",
+            topic + "&dn=a%2Db&xl=7&tr=udp%3A%2F%2Fa&ws=http://w&tr=udp://b&tr=udp://b",
+            "open " + topic + "&dn=a%2Db&xl=7&tr=udp%3A%2F%2Fa&ws=http://w&tr=udp://b&tr=udp://b",
+            "");
+        row("and nothing else",
+            topic + "&xt=urn:btih:" + QString(40, 'f') +
+                "&dn=a&dn=b&xs=http://127.0.0.1/&as=x&x.pe=127.0.0.1:1&tr&xl=1&xl=2&%74r=c#&tr=d",
+            "open " + topic + "&dn=a&xl=1&tr=c", "");
+        row("no torrent", "magnet:?dn=x", "", invalid);
+        row("a page", "https://h/magnet", "", invalid);
+        row("a local file", "file:///x.torrent", "", invalid);
+    }
+    void magnetOfAFeed()
+    {
+        QFETCH(QString, link);
+        QFETCH(QString, handed);
+        QFETCH(QString, notice);
+        Program program;
+        TorrentResult result;
+        result.magnet = link;
+        TorrentActions actions;
+        actions.setApp(&program.state());
+        actions.setResult(QVariant::fromValue(result));
+        actions.perform(int(TorrentAction::OpenMagnet));
+        QTRY_VERIFY(!program.handed().isEmpty() || program.state().notice());
+        QCOMPARE(program.handed().join('\n'), handed);
+        QCOMPARE(program.state().noticeText(), notice);
+    }
+
     void menuByKeys()
     {
         Program program;
@@ -139,6 +175,22 @@ private Q_SLOTS:
         QTRY_COMPARE(program.handed(), QStringList{"open " + address});
         QVERIFY(program.click("Reveal"));
         QTRY_COMPARE(program.handed().value(1), "show " + path);
+        for (const auto &[content, notice] :
+             {std::pair{QByteArray(metainfo).replace("Reel", "Real"),
+                        "The .torrent file was changed since it was shown. Inspect it again."},
+              {QByteArray(), "The .torrent file can no longer be read. Inspect it again."}}) {
+            QVERIFY(file.remove());
+            if (!content.isEmpty())
+                QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) > 0);
+            file.close();
+            for (const char *button : {"Open .torrent in App", "Reveal"}) {
+                QVERIFY(program.click(button));
+                QTRY_COMPARE(program.state().noticeText(), notice);
+                QVERIFY(program.click("OK"));
+                QTRY_VERIFY(!program.control("OK"));
+            }
+        }
+        QCOMPARE(program.handed().size(), 2);
         QVERIFY(program.click("Close"));
         QTRY_VERIFY(!program.state().inspector());
     }

@@ -11,7 +11,7 @@ Row {
     required property TorrentInspectorModel torrent
 
     readonly property bool linked: torrent.magnet !== ""
-    readonly property bool filed: torrent.fileText !== ""
+    readonly property bool filed: torrent.fileURL.toString() !== ""
 
     spacing: Theme.grid
 
@@ -20,7 +20,7 @@ Row {
         text: qsTr("Open in Torrent App")
         visible: row.linked
 
-        onClicked: row.app.openExternally(row.torrent.magnet)
+        onClicked: row.app.openMagnet(row.torrent.magnet)
     }
     PushButton {
         text: qsTr("Copy Magnet")
@@ -32,12 +32,12 @@ Row {
         text: qsTr("Open .torrent in App")
         visible: row.filed
 
-        onClicked: row.app.openExternally(row.torrent.fileText)
+        onClicked: row.app.openTorrentFile(row.torrent.fileURL, row.torrent.infoHash)
     }
     PushButton {
         text: qsTr("Reveal")
         visible: row.filed
 
-        onClicked: row.app.showInFileManager(row.torrent.fileURL)
+        onClicked: row.app.showTorrentFile(row.torrent.fileURL, row.torrent.infoHash)
     }
 }
