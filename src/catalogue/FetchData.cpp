@@ -23,9 +23,9 @@ Result<QByteArray> bodyOf(Result<HttpResponse> response)
 }
 
 QCoro::Task<Result<QByteArray>> fetchData(QUrl url, std::chrono::milliseconds timeout,
-                                          std::stop_token stop, HttpClient &client)
+                                          std::stop_token stop, HttpClient &client, qint64 maxBytes)
 {
-    auto response = co_await client.get(std::move(url), timeout, std::move(stop));
+    auto response = co_await client.get(std::move(url), timeout, std::move(stop), maxBytes);
     co_return bodyOf(std::move(response));
 }
 

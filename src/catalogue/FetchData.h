@@ -10,9 +10,11 @@ namespace tavelo {
 /// leaves the web is ErrorKind::BadUrl; an error stays what it is.
 Result<QByteArray> bodyOf(Result<HttpResponse> response);
 
-/// The body of a GET, whole, by that rule. `client` must outlive the flow. Main thread only.
+/// The body of a GET, whole, by that rule; ErrorKind::TooLarge for more than `maxBytes`. `client`
+/// must outlive the flow. Main thread only.
 QCoro::Task<Result<QByteArray>> fetchData(QUrl url, std::chrono::milliseconds timeout,
                                           std::stop_token stop = {},
-                                          HttpClient &client = HttpClient::shared());
+                                          HttpClient &client = HttpClient::shared(),
+                                          qint64 maxBytes = HttpClient::maxBodyBytes);
 
 } // namespace tavelo

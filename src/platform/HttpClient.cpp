@@ -37,7 +37,7 @@ HttpClient::~HttpClient()
 }
 
 QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::milliseconds timeout,
-                                                  std::stop_token stop)
+                                                  std::stop_token stop, qint64 maxBytes)
 {
     // The network library reads files, too, and a pipe would hold up its thread for good.
     if (!isWebAddress(url))
@@ -46,8 +46,8 @@ QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::millise
     request.setRawHeader("User-Agent", userAgent());
     const auto promise = std::make_shared<QPromise<Result<HttpResponse>>>();
     promise->start();
-    QMetaObject::invokeMethod(m_network, [network = m_network, request, timeout, stop, promise] {
-        auto *exchange = new HttpExchange(network, request, timeout, stop);
+    QMetaObject::invokeMethod(m_network, [=, network = m_network] {
+        auto *exchange = new HttpExchange(network, request, timeout, stop, maxBytes);
         QObject::connect(exchange, &HttpExchange::finished, exchange, [exchange, promise] {
             promise->addResult(exchange->takeResult());
             promise->finish();

@@ -45,10 +45,11 @@ public:
     /// One GET. Redirects are followed, never from https to http and never out of the web. Any
     /// final status is a response, also 404. Errors: BadUrl, at once, for anything but an http or
     /// https address with a host; TimedOut when the whole exchange has not ended after `timeout`,
-    /// Cancelled once `stop` is requested, TooLarge, else Transport, mostly with the network
-    /// library's text.
+    /// Cancelled once `stop` is requested, TooLarge for a body of more than `maxBytes`, else
+    /// Transport, mostly with the network library's text.
     QCoro::Task<Result<HttpResponse>> get(QUrl url, std::chrono::milliseconds timeout,
-                                          std::stop_token stop = {});
+                                          std::stop_token stop = {},
+                                          qint64 maxBytes = maxBodyBytes);
 
     /// From now on responses are kept in memory and in `folder`, as long as HTTP allows (RFC 9111).
     /// The folder is created; in one that cannot be, nothing is kept.

@@ -23,9 +23,10 @@ bool isSecure(const QUrl &url)
 } // namespace
 
 HttpExchange::HttpExchange(QNetworkAccessManager *network, QNetworkRequest request,
-                           std::chrono::milliseconds timeout, std::stop_token stop)
+                           std::chrono::milliseconds timeout, std::stop_token stop, qint64 maxBytes)
     : m_network(network)
     , m_request(std::move(request))
+    , m_maxBytes(maxBytes)
     , m_onStop(std::move(stop), [this] {
         // A stop may be requested on any thread, and while this object is being built.
         QMetaObject::invokeMethod(
@@ -59,8 +60,9 @@ void HttpExchange::readAvailable()
 {
     if (m_result)
         return;
-    if (m_body.size() + m_reply->bytesAvailable() > HttpClient::maxBodyBytes)
-        return fail(ErrorKind::TooLarge, tr("The response is larger than 64 MiB."));
+    if (m_body.size() + m_reply->bytesAvailable() > m_maxBytes)
+        return fail(ErrorKind::TooLarge,
+                    tr("The response is larger than %1 MiB.").arg(m_maxBytes / (1024 * 1024)));
     m_body += m_reply->readAll();
 }
 

@@ -22,7 +22,7 @@ class HttpExchange : public QObject
 
 public:
     HttpExchange(QNetworkAccessManager *network, QNetworkRequest request,
-                 std::chrono::milliseconds timeout, std::stop_token stop);
+                 std::chrono::milliseconds timeout, std::stop_token stop, qint64 maxBytes);
     ~HttpExchange() override;
 
     /// Valid after `finished`.
@@ -41,6 +41,7 @@ private:
 
     const QPointer<QNetworkAccessManager> m_network;
     QNetworkRequest m_request;
+    const qint64 m_maxBytes;
     std::unique_ptr<QNetworkReply, QScopedPointerDeleteLater> m_reply;
     int m_redirects = 0;
     QTimer m_deadline;

@@ -3,7 +3,6 @@
 #include "ui/Format.h"
 
 #include "catalogue/Fmt.h"
-#include "ui/PosterProvider.h"
 
 namespace tavelo {
 
@@ -30,11 +29,6 @@ QString Format::rate(double rate)
 QUrl Format::fileAddress(const QString &path)
 {
     return QUrl::fromLocalFile(path);
-}
-
-QUrl Format::poster(const QUrl &url, int radius)
-{
-    return PosterProvider::sourceFor(url, radius);
 }
 
 } // namespace tavelo

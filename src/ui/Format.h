@@ -30,7 +30,6 @@ public:
     Q_INVOKABLE static QUrl fileAddress(const QString &path);
     /// Where an Image finds a picture of the net, cropped to its sourceSize, with corners of
     /// `radius` device pixels. Empty when `url` is.
-    Q_INVOKABLE static QUrl poster(const QUrl &url, int radius);
 };
 
 } // namespace tavelo

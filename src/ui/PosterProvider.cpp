@@ -48,13 +48,12 @@ PosterProvider::PosterProvider(QQmlEngine &engine)
 
 PosterProvider::~PosterProvider() = default;
 
-QUrl PosterProvider::sourceFor(const QUrl &url, int radius)
+QUrl PosterProvider::sourceFor(const QUrl &url, int radius, int attempt)
 {
-    if (url.isEmpty())
-        return {};
     const QByteArray address = QUrl::toPercentEncoding(url.toString(QUrl::FullyEncoded));
     return QUrl(QStringLiteral("image://poster/") + QString::fromLatin1(address) +
-                QLatin1Char('#') + QString::number(radius));
+                QLatin1Char('#') + QString::number(radius) + QLatin1Char('/') +
+                QString::number(attempt));
 }
 
 QQuickImageResponse *PosterProvider::requestImageResponse(const QString &id,
@@ -62,7 +61,7 @@ QQuickImageResponse *PosterProvider::requestImageResponse(const QString &id,
 {
     const qsizetype hash = id.lastIndexOf(QLatin1Char('#'));
     const QByteArray address = QByteArray::fromPercentEncoding(id.left(hash).toUtf8());
-    const int radius = hash < 0 ? 0 : id.mid(hash + 1).toInt();
+    const int radius = hash < 0 ? 0 : id.mid(hash + 1).section(QLatin1Char('/'), 0, 0).toInt();
 
     auto *response =
         new PosterResponse(QUrl::fromEncoded(address, QUrl::StrictMode), requestedSize, radius);

@@ -4,6 +4,7 @@
 
 #include "catalogue/FetchData.h"
 #include "platform/ThreadPool.h"
+#include "ui/PosterBook.h"
 #include "ui/PosterImage.h"
 #include "ui/PosterQueue.h"
 
@@ -15,6 +16,17 @@
 using namespace std::chrono_literals;
 
 namespace tavelo {
+
+namespace {
+
+/// It would be the same the next time.
+bool isFinal(const Error &error)
+{
+    return error.httpStatus == 404 || error.httpStatus == 410 ||
+           error.kind == ErrorKind::TooLarge || error.kind == ErrorKind::BadUrl;
+}
+
+} // namespace
 
 PosterResponse::PosterResponse(QUrl url, QSize size, int radius)
     : m_url(std::move(url))
@@ -38,7 +50,8 @@ QCoro::Task<> PosterResponse::load()
     const QPointer<PosterResponse> self(this);
     const std::stop_token stop = m_stop.get_token();
     m_started = true;
-    const Result<QByteArray> bytes = co_await fetchData(m_url, 20s, stop);
+    const Result<QByteArray> bytes =
+        co_await fetchData(m_url, 20s, stop, HttpClient::shared(), PosterImage::maxBytes);
     if (!self)
         co_return;
     if (bytes && !stop.stop_requested()) {
@@ -51,6 +64,8 @@ QCoro::Task<> PosterResponse::load()
             co_return;
         m_image = image;
     }
+    if (bytes ? m_image.isNull() && !stop.stop_requested() : isFinal(bytes.error()))
+        PosterBook::shared().setNone(m_url);
     end();
 }
 

@@ -13,7 +13,8 @@
 namespace tavelo {
 
 /// One poster on its way. Lives on the main thread; the engine cancels and reads it from its own.
-/// One that does not come is an empty picture, not an error: the engine would log each of them.
+/// One that does not come is an empty picture, not an error, which the engine would log; of those
+/// that need not be asked for again the PosterBook is told before the end.
 class PosterResponse : public QQuickImageResponse
 {
     Q_OBJECT

@@ -4,6 +4,7 @@
 #include "WindowTest.h"
 #include "testlib/Table.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 
@@ -16,6 +17,23 @@ QByteArray torrentFile()
 {
     return "d4:infod6:lengthi5e4:name8:reel.mp412:piece lengthi16384e6:pieces20:" +
            QByteArray(20, 'x') + "ee";
+}
+
+QByteArray picture()
+{
+    QImage image(30, 42, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+bool hasPicture(const QQuickItem *poster)
+{
+    return std::ranges::any_of(poster->childItems(), [](const QQuickItem *part) {
+        return part->property("source").toUrl().host() == "poster" && part->implicitWidth() > 0;
+    });
 }
 
 } // namespace
@@ -103,6 +121,24 @@ private Q_SLOTS:
         QTest::mouseRelease(program.window(), Qt::LeftButton, {}, from - QPoint(200, 0));
         QVERIFY(list->property("contentX").toReal() > start + 100);
         QVERIFY(!program.state().selectedItem());
+    }
+
+    void posterComesWhenHomeIsShownAgain()
+    {
+        Program program;
+        Program::server().serve("/poster", {.body = picture(), .status = 503});
+        QVERIFY(program.show());
+        HistoryEntry entry = Program::watched(1, 725, 1450);
+        entry.thumbnail = Program::server().base() + "/poster";
+        program.state().library()->record(entry);
+        QTRY_VERIFY(program.control("Reel 1"));
+        const QPointer<QQuickItem> poster = program.item("Poster");
+        QTRY_VERIFY_WITH_TIMEOUT(poster->property("missing").toBool(), patience);
+        QVERIFY(program.click("Library"));
+        QTRY_VERIFY(!poster->isVisible());
+        Program::server().at("/poster").status = 200;
+        QVERIFY(program.click("Home"));
+        QTRY_VERIFY_WITH_TIMEOUT(hasPicture(poster), patience);
     }
 
     void itemIsSavedAndInspected_data()

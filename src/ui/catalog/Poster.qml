@@ -12,27 +12,37 @@ Rectangle {
     property url url
     property bool symbols: true // without: the plain box while there is no picture
     property bool hovered: false
-    property bool late: false
 
     readonly property bool missing: image.status === Image.Ready && image.implicitWidth === 0
+    // Nothing came and nothing is known to come; what is asked for again need not show that it is.
+    readonly property bool bare: image.status === Image.Null || missing
+                                 || (image.status === Image.Loading && picture.askedAgain)
 
     color: Theme.panel
     radius: Theme.radius
 
-    Timer {
-        interval: 150
-        running: poster.symbols && image.status === Image.Loading
+    PosterSource {
+        id: picture
 
-        onTriggered: poster.late = true
+        frame: poster
+        missing: poster.missing
+        radius: Math.round(poster.radius * Screen.devicePixelRatio)
+        url: poster.url
+    }
+    Delay {
+        id: delay
+
+        interval: 150
+        waiting: poster.symbols && image.status === Image.Loading && !picture.askedAgain
     }
     Icon {
         anchors.centerIn: parent
         color: Theme.tertiary
-        name: poster.symbols && (image.status === Image.Null || poster.missing) ? "film" : ""
+        name: poster.symbols && poster.bare ? "film" : ""
         size: Theme.largeTitle
     }
     Loader {
-        active: poster.late
+        active: delay.over
         anchors.centerIn: parent
 
         sourceComponent: Spinner {
@@ -44,12 +54,11 @@ Rectangle {
 
         anchors.fill: parent
         opacity: status === Image.Ready ? 1 : 0
-        source: Format.poster(poster.url, Math.round(poster.radius * Screen.devicePixelRatio))
+        source: picture.source
         sourceSize.height: poster.height
         sourceSize.width: poster.width
 
         Accessible.ignored: true
-        onStatusChanged: if (status !== Image.Loading) poster.late = false
 
         Behavior on opacity {
             NumberAnimation {
