@@ -123,6 +123,30 @@ private Q_SLOTS:
         QVERIFY(!program.state().selectedItem());
     }
 
+    void heldReturnStartsNoFilm()
+    {
+        Program program;
+        QVERIFY(program.show());
+        const auto hold = [&] {
+            for (int i = 0; i < 5; ++i) {
+                QKeyEvent again(QEvent::KeyPress, Qt::Key_Return, {}, "\r", true);
+                QCoreApplication::sendEvent(program.window(), &again);
+            }
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(!program.state().popular().isEmpty(), patience);
+        program.keys({Qt::Key_Down, Qt::Key_Down}); // past the suggestions
+        QTRY_VERIFY(shelf(program, "Featured Public-Domain Films")->hasActiveFocus());
+        QTest::keyPress(program.window(), Qt::Key_Return);
+        QTRY_VERIFY_WITH_TIMEOUT(program.control("Play"), patience);
+        hold();
+        QVERIFY(!program.state().showPlayer());
+        program.key(Qt::Key_Down); // to the files
+        hold();
+        QVERIFY(!program.state().showPlayer());
+        program.key(Qt::Key_Return);
+        QVERIFY(program.state().showPlayer());
+    }
+
     void posterComesWhenHomeIsShownAgain()
     {
         Program program;

@@ -4,6 +4,7 @@
 #include "WindowTest.h"
 #include "testlib/Table.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -15,6 +16,31 @@ class tst_PlayerScreen : public QObject
 
 private:
     static constexpr int patience = 10'000; // milliseconds
+    static constexpr int secondClick = 300; // milliseconds, by when one click is not half of two
+
+    static bool startPaused(Program &program)
+    {
+        if (!program.startFilm())
+            return false;
+        program.key(Qt::Key_Space);
+        return QTest::qWaitFor([&] { return !program.player().isPlaying(); }, patience);
+    }
+
+    static QRectF placeOf(const QQuickItem *item)
+    {
+        return item->mapRectToScene(item->boundingRect());
+    }
+
+    /// The places of what is there to be pressed or dragged.
+    static QList<QRectF> controlsOf(const Program &program)
+    {
+        QList<QRectF> places;
+        for (const QQuickItem *item : program.visibleItems()) {
+            if (item->inherits("QQuickAbstractButton") || item->inherits("QQuickSlider"))
+                places.append(placeOf(item));
+        }
+        return places;
+    }
 
 private Q_SLOTS:
     void playerKeys()
@@ -63,6 +89,98 @@ private Q_SLOTS:
         QTRY_COMPARE(program.window()->visibility(), QWindow::FullScreen);
         QVERIFY(!player.isPlaying());
         QCOMPARE(statuses.size(), 0);
+    }
+
+    void clicksBesideTheFilm()
+    {
+        Program program;
+        QVERIFY(startPaused(program)); // so that both bars stay
+        const QQuickItem *pointer = program.item("PlayerPointer");
+        const QSignalSpy clicks(pointer, SIGNAL(toggled()));
+        const QSignalSpy doubleClicks(pointer, SIGNAL(doubleClicked()));
+        const QRectF screen = placeOf(program.item("PlayerScreen"));
+        const QList<QRectF> controls = controlsOf(program);
+        const QList<QRectF> bars{placeOf(program.item("PlayerTopBar")),
+                                 placeOf(program.item("PlayerControls"))};
+        QList<QPoint> film;
+        int beside = 0;
+        for (int y = 5; y < screen.height(); y += 24) {
+            for (int x = 5; x < screen.width(); x += 24) {
+                const QPoint point = screen.topLeft().toPoint() + QPoint(x, y);
+                const auto lies = [&](const QRectF &place) { return place.contains(point); };
+                if (std::ranges::any_of(controls, lies))
+                    continue;
+                if (std::ranges::none_of(bars, lies)) {
+                    film.append(point);
+                    continue;
+                }
+                ++beside;
+                program.clickAt(point);
+                QTest::mouseDClick(program.window(), Qt::LeftButton, {}, point);
+                QVERIFY2(doubleClicks.isEmpty(), qPrintable(QString("%1, %2").arg(x).arg(y)));
+            }
+        }
+        QVERIFY(beside > 100);
+        QTest::qWait(secondClick);
+        QCOMPARE(clicks.size(), 0);
+        for (qsizetype i = 0; i < film.size(); i += film.size() / 12) {
+            const qsizetype before = clicks.size();
+            program.clickAt(film[i]);
+            QTRY_COMPARE(clicks.size(), before + 1);
+        }
+    }
+
+    void keysPressWhatTabReached_data()
+    {
+        const auto row = columns<int>("key");
+        row("Space", int(Qt::Key_Space));
+        row("Return", int(Qt::Key_Return));
+        row("Enter", int(Qt::Key_Enter));
+    }
+
+    void keysPressWhatTabReached()
+    {
+        QFETCH(int, key);
+        Program program;
+        QVERIFY(startPaused(program));
+        VideoPlayerManager &player = program.player();
+        QVERIFY(program.tabTo("Mute"));
+        program.key(Qt::Key(key));
+        QVERIFY(player.isMuted());
+        QVERIFY(!player.isPlaying());
+        program.key(Qt::Key_M); // the other keys are the film's still
+        QVERIFY(!player.isMuted());
+
+        QVERIFY(program.tabTo("Subtitles"));
+        program.key(Qt::Key(key));
+        QTRY_VERIFY(program.control("✓ Off"));
+        program.key(Qt::Key_Escape);
+        QTRY_VERIFY(!program.control("✓ Off"));
+        QVERIFY(!player.isPlaying());
+
+        QVERIFY(program.click("Mute"));
+        QVERIFY(player.isMuted());
+        program.key(Qt::Key_Space); // no longer any button's
+        QTRY_VERIFY(player.isPlaying());
+        QVERIFY(player.isMuted());
+    }
+
+    void spinnerWaits()
+    {
+        Program program;
+        Program::server().at("/download/film0/reel.mp4").delay = std::chrono::milliseconds(1500);
+        QVERIFY(program.show());
+        QVERIFY(program.click("Film 0"));
+        QVERIFY(program.click("Play"));
+        VideoPlayerManager &player = program.player();
+        QTRY_VERIFY(player.isBuffering());
+        QElapsedTimer waiting;
+        waiting.start();
+        QVERIFY(!program.item("Spinner"));
+        QTRY_VERIFY(program.item("Spinner"));
+        QVERIFY2(waiting.elapsed() >= 200, qPrintable(QString::number(waiting.elapsed())));
+        QTRY_VERIFY_WITH_TIMEOUT(!player.isBuffering(), patience);
+        QVERIFY(!program.item("Spinner"));
     }
 
     void controlsRest()
@@ -129,10 +247,8 @@ private Q_SLOTS:
     void scrubbingSeeksOnce()
     {
         Program program;
-        QVERIFY(program.startFilm());
+        QVERIFY(startPaused(program));
         VideoPlayerManager &player = program.player();
-        program.key(Qt::Key_Space);
-        QTRY_VERIFY(!player.isPlaying());
         QQuickItem *slider = program.item("Scrubber")->findChild<QQuickItem *>("position");
         QVERIFY(slider);
         const QPoint left = slider->mapToScene({slider->width() * 0.1, 10}).toPoint();
@@ -189,6 +305,9 @@ private Q_SLOTS:
         QVERIFY(program.click("Play"));
         QTRY_VERIFY_WITH_TIMEOUT(program.text("Playback error"), 30'000);
         QVERIFY(program.text(program.player().errorText()));
+        QSignalSpy clicks(program.item("PlayerPointer"), SIGNAL(toggled()));
+        program.clickAt(placeOf(program.item("ErrorPanel")).topLeft().toPoint() + QPoint(20, 20));
+        QVERIFY(!clicks.wait(secondClick));
         Program::server().serve("/download/film0/reel.mp4", film);
         QVERIFY(program.click("Retry"));
         QTRY_VERIFY_WITH_TIMEOUT(program.player().duration() > 0, patience);

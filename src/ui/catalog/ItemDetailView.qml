@@ -17,8 +17,8 @@ RowPage {
     function play(file: var) {
         app.play(file, item, answer.details.subtitles);
     }
-    function playFirst() {
-        if (files.rows[1]?.canPlay)
+    function playFirst(event: KeyEvent) {
+        if (!event.isAutoRepeat && files.rows[1]?.canPlay) // held since the sheet was asked for
             play(files.rows[1].file);
     }
 
@@ -26,8 +26,8 @@ RowPage {
     model: files.rows
     title: qsTr("Files")
 
-    Keys.onEnterPressed: view.playFirst()
-    Keys.onReturnPressed: view.playFirst()
+    Keys.onEnterPressed: event => view.playFirst(event)
+    Keys.onReturnPressed: event => view.playFirst(event)
 
     ItemDetailModel {
         id: answer

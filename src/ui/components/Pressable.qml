@@ -12,8 +12,16 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
 
     Accessible.name: text
-    Keys.onEnterPressed: button.clicked()
-    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
+    // Before it is anybody's shortcut: the film's, where this is one of its buttons.
+    Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Space
 
     HoverHandler {
         cursorShape: Qt.PointingHandCursor

@@ -47,7 +47,9 @@ FocusScope {
         const last = (current()?.buttons.length ?? 1) - 1;
         column = Math.max(0, Math.min(last, Math.min(column, last) + by));
     }
-    function press() {
+    function press(event: KeyEvent) {
+        if (event.isAutoRepeat)
+            return;
         const buttons = current()?.buttons ?? [];
         buttons[Math.min(column, buttons.length - 1)]?.clicked();
     }
@@ -114,11 +116,11 @@ FocusScope {
 
         Keys.onDeletePressed: page.current()?.remover?.clicked()
         Keys.onDownPressed: page.go(1)
-        Keys.onEnterPressed: page.press()
+        Keys.onEnterPressed: event => page.press(event)
         Keys.onLeftPressed: page.turn(-1)
-        Keys.onReturnPressed: page.press()
+        Keys.onReturnPressed: event => page.press(event)
         Keys.onRightPressed: page.turn(1)
-        Keys.onSpacePressed: page.press()
+        Keys.onSpacePressed: event => page.press(event)
         Keys.onUpPressed: page.go(-1)
         onActiveFocusChanged: if (activeFocus) page.settle()
         onCountChanged: if (activeFocus) soon.restart()

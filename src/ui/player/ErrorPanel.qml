@@ -18,7 +18,7 @@ Rectangle {
     implicitHeight: column.height + 48
     radius: 14
 
-    TapHandler {
+    Shield {
     }
 
     Column {

@@ -28,8 +28,8 @@ Rectangle {
         }
     }
 
-    TapHandler {
-    } // a click beside a button is none on the film
+    Shield {
+    }
 
     ColumnLayout {
         id: column

@@ -17,6 +17,9 @@ FocusScope {
 
     signal fullScreenToggled()
 
+    function takeKeys() {
+        keys.forceActiveFocus();
+    }
     function poke() {
         showControls = true;
         rest.restart();
@@ -35,10 +38,10 @@ FocusScope {
         poke();
         event.accepted = false;
     }
-    Component.onCompleted: if (visible) forceActiveFocus()
+    Component.onCompleted: if (visible) takeKeys()
     onVisibleChanged: {
         if (visible)
-            return forceActiveFocus();
+            return takeKeys();
         rest.stop();
         showControls = true;
         hover.last = Qt.point(-1, -1);
@@ -52,6 +55,8 @@ FocusScope {
         onTriggered: controls.busy ? restart() : screen.showControls = false
     }
     PlayerKeys {
+        id: keys
+
         enabled: screen.visible && !controls.menuOpen
         player: screen.player
 
@@ -88,12 +93,18 @@ FocusScope {
         maximumWidth: parent.width - 2 * Theme.inset
         text: screen.playback.subtitles.currentText
     }
+    Delay {
+        id: stall
+
+        interval: 300
+        waiting: screen.player.isBuffering
+    }
     Rectangle {
         anchors.centerIn: parent
         color: Theme.material
         height: 96
         radius: 14
-        visible: screen.player.isBuffering
+        visible: stall.over
         width: 96
 
         Spinner {
@@ -137,6 +148,16 @@ FocusScope {
             width: parent.width
 
             onFullScreenToggled: screen.fullScreenToggled()
+        }
+    }
+    // On top, where a press is known of whoever takes it: the keys are the film's again.
+    Item {
+        anchors.fill: parent
+
+        PointHandler {
+            acceptedButtons: Qt.AllButtons
+
+            onActiveChanged: if (active) screen.takeKeys()
         }
     }
 }

@@ -23,8 +23,8 @@ Rectangle {
         }
     }
 
-    TapHandler {
-    } // a click beside the button is none on the film
+    Shield {
+    }
 
     PushButton {
         id: back
