@@ -102,7 +102,7 @@ void HttpStreamFetcher::request()
         return;
     if (!m_network)
         m_network = new QNetworkAccessManager(this);
-    QNetworkRequest request(m_url);
+    QNetworkRequest request(m_node.isEmpty() ? m_url : m_node);
     request.setRawHeader("User-Agent", userAgent());
     request.setRawHeader("Accept-Encoding", "identity");
     request.setRawHeader("Range", "bytes=" + QByteArray::number(m_offset) + '-');
@@ -129,6 +129,8 @@ void HttpStreamFetcher::headersArrived()
         return permanentFailure(tr("The file is empty."));
     if (status >= 500 && m_opened)
         return retry();
+    if ((status < 200 || status > 299) && !m_node.isEmpty())
+        return retry(); // the item's own address may lead elsewhere by now
     if (status < 200 || status > 299)
         return permanentFailure(QStringLiteral("HTTP %1").arg(status));
     std::optional<qint64> size;
@@ -143,16 +145,24 @@ void HttpStreamFetcher::headersArrived()
         if (length.isValid())
             size = length.toLongLong();
     }
-    const QByteArray validator = validatorOf(*m_reply);
-    if (m_opened && (validator != m_validator || size != m_size))
+    if (m_opened && !continues(size))
         return permanentFailure(tr("The film was changed on the server."));
     m_accepted = true;
+    m_node = m_reply->url() == m_url ? QUrl() : m_reply->url();
     if (m_opened)
         return;
     m_opened = true;
-    m_validator = validator;
+    m_validator = validatorOf(*m_reply);
+    m_source = m_reply->url();
     m_size = size;
     stream->opened(size, status == 206);
+}
+
+/// Whether the reply brings more of the film that the first answer began. Of another node's copy
+/// only the size tells: each has its own dates, and tags that are made of them.
+bool HttpStreamFetcher::continues(const std::optional<qint64> &size) const
+{
+    return size == m_size && (m_reply->url() != m_source || validatorOf(*m_reply) == m_validator);
 }
 
 void HttpStreamFetcher::pump()
@@ -205,6 +215,7 @@ void HttpStreamFetcher::replyFinished()
 void HttpStreamFetcher::retry()
 {
     abandon();
+    m_node.clear();
     m_retryDelay.start(delayAfter(m_failures++));
 }
 

@@ -45,10 +45,12 @@ private:
     void abandon();
     void headersArrived();
     void replyFinished();
+    bool continues(const std::optional<qint64> &size) const;
     void retry();
     void permanentFailure(const QString &text);
 
     QUrl m_url;
+    QUrl m_node; // where redirects led to the film, for as long as it answers; empty: ask m_url
     std::weak_ptr<HttpStream> m_stream;
     QNetworkAccessManager *m_network = nullptr;
     QPointer<QNetworkReply> m_reply;
@@ -62,6 +64,7 @@ private:
     bool m_opened = false;
     std::optional<qint64> m_size;
     QByteArray m_validator; // strong ETag, else Last-Modified, of the first answer
+    QUrl m_source;          // of the first answer, after redirects
 };
 
 } // namespace tavelo
