@@ -68,12 +68,11 @@ std::optional<qint64> HttpStream::seek(qint64 offset)
     if (over() || offset < 0)
         return {};
     const bool inWindow = offset >= m_windowStart && offset <= windowEnd();
-    const bool justAhead = offset > windowEnd() && offset - windowEnd() <= windowAhead / 8;
-    if (!inWindow && !justAhead) {
-        if (m_opened && !m_ranges)
-            return {};
+    // A server without ranges sends all that lies before in any case.
+    const qint64 worthWaitingFor = m_opened && !m_ranges ? offset : windowAhead / 8;
+    const bool justAhead = offset > windowEnd() && offset - windowEnd() <= worthWaitingFor;
+    if (!inWindow && !justAhead)
         requestFrom(offset);
-    }
     m_position = offset;
     return offset;
 }

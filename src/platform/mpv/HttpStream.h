@@ -30,7 +30,7 @@ public:
 
     // The reader's side; `read`, `seek` and `size` block, one thread at a time.
     qint64 read(char *to, qint64 most);        // 0 at the film's end, -1 failed or cancelled
-    std::optional<qint64> seek(qint64 offset); // absent: not possible on this server
+    std::optional<qint64> seek(qint64 offset); // absent: the stream is over
     std::optional<qint64> size();              // absent: unknown
     void cancel();                             // any thread; ends every wait for good
 
