@@ -53,15 +53,15 @@ class MediaPlayer : public QObject
     Q_OBJECT
 
 public:
-    /// Told once: true when the seek was carried out, false when it failed or a newer seek, a load
-    /// or a clear took its place. Never told after the player is gone.
+    /// Told once: true when the seek was carried out, false when it or the item failed, or a newer
+    /// seek, a load or a clear took its place. Never told after the player is gone.
     using SeekDone = std::function<void(bool finished)>;
 
     using QObject::QObject;
 
     /// Replaces the item. `url` is a file, http or https address; anything else fails the item.
     /// `startAt` (seconds) is exactly where the first picture comes from, none before it is shown.
-    /// The pause state is kept.
+    /// The pause state is kept, the choice of an audio track is not.
     virtual void load(const QUrl &url, double startAt = 0) = 0;
     /// Removes the item, if any.
     virtual void clear() = 0;
@@ -77,19 +77,25 @@ public:
     virtual void setMuted(bool muted) = 0;
     virtual void setVideoGravity(VideoGravity gravity) = 0;
 
-    /// Goes to exactly `seconds`: the frame shown then is the one of that time.
+    /// Goes to exactly `seconds`: the frame shown then is the one of that time. While the item is
+    /// being opened it begins there instead.
     virtual void seek(double seconds, SeekDone done = {}) = 0;
 
     virtual ItemStatus itemStatus() const = 0;
     virtual QString itemError() const = 0; // empty unless the status is Failed
     virtual TimeControlStatus timeControlStatus() const = 0;
-    virtual double currentTime() const = 0; // seconds
-    virtual double duration() const = 0;    // seconds; NaN while unknown or endless
+    /// False from a load or a seek until a frame of where it was told to go has been shown; an item
+    /// that fails before stays without.
+    virtual bool hasArrived() const = 0;
+    /// In seconds: what was shown last, or where it was told to go until it has arrived there.
+    virtual double currentTime() const = 0;
+    virtual double duration() const = 0; // seconds; NaN while unknown or endless
     /// What can be played without waiting; the range being filled comes last.
     virtual QList<TimeRange> loadedRanges() const = 0;
 
     virtual QList<AudioTrack> audioTracks() const = 0; // known once the item is ready
     virtual qint64 selectedAudioTrack() const = 0;     // -1: none
+    /// An item that is not ready yet starts with that track, or its own when it has no such track.
     virtual void selectAudioTrack(qint64 id) = 0;
 
     /// The engine's picture, for the one surface that shows it. Usable also after the player is
@@ -97,7 +103,7 @@ public:
     virtual std::shared_ptr<VideoRenderer> renderer() = 0;
 
 Q_SIGNALS:
-    /// Every 0.5 s while an item is played, and after every finished seek.
+    /// Every 0.5 s while an item is played, when it stands still, and after every finished seek.
     void timeTicked(double seconds);
     void itemStatusChanged();
     void timeControlStatusChanged();

@@ -10,6 +10,7 @@
 #include <QPointer>
 
 #include <cmath>
+#include <utility>
 
 namespace tavelo {
 
@@ -52,8 +53,10 @@ PlaybackCoordinator::PlaybackCoordinator(LibraryStore &library,
 {
     connect(&m_player, &VideoPlayerManager::currentTimeChanged, this,
             &PlaybackCoordinator::timeChanged, Qt::DirectConnection);
-    connect(&m_player, &VideoPlayerManager::isPlayingChanged, this, [this] {
-        if (!m_player.isPlaying())
+    connect(&m_player, &VideoPlayerManager::isPlayingChanged, this,
+            &PlaybackCoordinator::playingChanged);
+    connect(&m_player, &VideoPlayerManager::errorChanged, this, [this] {
+        if (m_player.error())
             saveNow();
     });
     m_player.setOnFinished([this] { filmEnded(); });
@@ -83,12 +86,12 @@ void PlaybackCoordinator::playLocal(const SavedFile &file)
     offerSiblings(file.url);
 }
 
-void PlaybackCoordinator::playEntry(const HistoryEntry &entry)
+bool PlaybackCoordinator::playEntry(const HistoryEntry &entry)
 {
     const auto url =
         entry.isLocal ? std::optional(QUrl::fromLocalFile(entry.source)) : Text::url(entry.source);
-    if (!url)
-        return;
+    if (!url || url->isEmpty())
+        return false;
     start({entry.itemID + separator + tailOf(entry.key),
            *url,
            entry.itemID,
@@ -97,6 +100,7 @@ void PlaybackCoordinator::playEntry(const HistoryEntry &entry)
            {}});
     if (entry.isLocal)
         offerSiblings(*url);
+    return true;
 }
 
 // The film does not wait for its folder, which may be large or slow.
@@ -130,6 +134,7 @@ void PlaybackCoordinator::start(const Film &film)
     setNowPlaying(NowPlaying{film.key, film.title, film.thumbnail});
     m_subtitles.reset(film.tracks);
     m_lastSaved = entry.position;
+    m_endedAt.reset();
     m_player.load(film.url, entry.position);
 }
 
@@ -141,20 +146,35 @@ void PlaybackCoordinator::timeChanged(double seconds)
     if (std::abs(seconds - m_lastSaved) < saveInterval)
         return;
     m_lastSaved = seconds;
-    m_library.updateProgress(m_nowPlaying->key, seconds, m_player.duration());
+    keep(seconds);
+}
+
+void PlaybackCoordinator::playingChanged()
+{
+    if (std::exchange(m_wasPlaying, m_player.isPlaying()) && !m_wasPlaying)
+        saveNow();
 }
 
 void PlaybackCoordinator::filmEnded()
 {
+    m_endedAt = m_player.currentTime();
     if (m_nowPlaying)
         m_library.updateProgress(m_nowPlaying->key, 0, m_player.duration());
 }
 
 void PlaybackCoordinator::saveNow()
 {
-    if (m_nowPlaying)
-        m_library.updateProgress(m_nowPlaying->key, m_player.currentTime(), m_player.duration());
+    keep(m_player.currentTime());
     m_library.file().hurry();
+}
+
+void PlaybackCoordinator::keep(double seconds)
+{
+    if (!m_nowPlaying)
+        return;
+    // Whoever resumes a film of unknown length at its end sees nothing of it.
+    const bool over = m_endedAt && seconds > *m_endedAt - 1 && m_player.duration() <= 0;
+    m_library.updateProgress(m_nowPlaying->key, over ? 0 : seconds, m_player.duration());
 }
 
 void PlaybackCoordinator::stopPlayback()

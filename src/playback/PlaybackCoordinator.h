@@ -39,10 +39,11 @@ public:
     // 10 seconds or the last twentieth.
     void play(const ArchiveFile &file, const MediaItem &item, const QList<ArchiveFile> &subtitles);
     void playLocal(const SavedFile &file);
-    /// Nothing happens when the entry's source is no address.
-    void playEntry(const HistoryEntry &entry);
+    /// False, and nothing happens, when the entry's source is no address.
+    bool playEntry(const HistoryEntry &entry);
 
-    /// Takes the position into the history, which is then written without delay.
+    /// Takes the position into the history, which is then written without delay. Also done when the
+    /// film is paused and when it fails.
     void saveNow();
     Q_INVOKABLE void stopPlayback();
 
@@ -63,6 +64,8 @@ private:
     void start(const Film &film);
     QCoro::Task<> offerSiblings(QUrl film);
     void timeChanged(double seconds);
+    void playingChanged();
+    void keep(double seconds);
     void filmEnded();
     void setNowPlaying(std::optional<NowPlaying> nowPlaying);
 
@@ -72,6 +75,8 @@ private:
     LibraryStore &m_library;
     int m_starts = 0;       // films started so far
     double m_lastSaved = 0; // seconds: the position last written while playing, or the start
+    bool m_wasPlaying = false;
+    std::optional<double> m_endedAt; // seconds; where the film played to its end
 };
 
 } // namespace tavelo

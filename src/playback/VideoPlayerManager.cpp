@@ -45,22 +45,30 @@ bool VideoPlayerManager::ensurePlayer()
 void VideoPlayerManager::load(const QUrl &url, double startAt)
 {
     m_currentURL = url;
-    setError({});
+    m_chosenAudio.reset();
     setCurrentTime(startAt);
-    setDuration(0);
-    setBufferedTo(0);
-    setAudio({}, -1);
-    if (!ensurePlayer())
-        return setError(tr("The media engine could not be started."));
-    m_player->load(url, startAt > 1.0 ? startAt : 0);
-    m_player->setDefaultRate(m_rate);
-    m_player->play();
+    open(startAt > 1.0 ? startAt : 0);
 }
 
 void VideoPlayerManager::retry()
 {
     if (m_currentURL)
-        load(QUrl(*m_currentURL), m_currentTime);
+        open(m_currentTime);
+}
+
+void VideoPlayerManager::open(double startAt)
+{
+    setError({});
+    setDuration(0);
+    setBufferedTo(0);
+    setAudio({}, -1);
+    if (!ensurePlayer())
+        return setError(tr("The media engine could not be started."));
+    m_player->load(*m_currentURL, startAt);
+    if (m_chosenAudio)
+        m_player->selectAudioTrack(*m_chosenAudio);
+    m_player->setDefaultRate(m_rate);
+    m_player->play();
 }
 
 void VideoPlayerManager::itemStatusChanged()
@@ -95,7 +103,10 @@ void VideoPlayerManager::readAudio()
 
 void VideoPlayerManager::timeTicked(double seconds)
 {
-    if (std::isfinite(seconds))
+    // A time from before the first frame, on the way of a seek or after a failure is nobody's
+    // place.
+    if (std::isfinite(seconds) && m_player->itemStatus() == ItemStatus::Ready &&
+        m_player->hasArrived())
         setCurrentTime(seconds);
     if (const auto ranges = m_player->loadedRanges(); !ranges.isEmpty())
         setBufferedTo(ranges.last().end);
@@ -152,7 +163,7 @@ void VideoPlayerManager::selectAudio(qint64 id)
     if (!known || !m_player || !m_player->hasItem())
         return;
     m_player->selectAudioTrack(id);
-    m_selectedAudio = id;
+    m_chosenAudio = m_selectedAudio = id;
     Q_EMIT selectedAudioChanged();
 }
 

@@ -38,11 +38,13 @@ public:
     /// Null before the first load.
     MediaPlayer *player() const { return m_player.get(); }
 
-    bool isPlaying() const { return m_isPlaying; }       // playing or waiting to play
-    bool isBuffering() const { return m_isBuffering; }   // waiting for data
-    double currentTime() const { return m_currentTime; } // seconds
-    double duration() const { return m_duration; }       // seconds, 0 while unknown
-    double bufferedTo() const { return m_bufferedTo; }   // end of the last loaded range, seconds
+    bool isPlaying() const { return m_isPlaying; }     // playing or waiting to play
+    bool isBuffering() const { return m_isBuffering; } // waiting for data
+    /// In seconds: what the viewer saw last, or where they asked to be, whatever else the engine
+    /// tells.
+    double currentTime() const { return m_currentTime; }
+    double duration() const { return m_duration; }     // seconds, 0 while unknown
+    double bufferedTo() const { return m_bufferedTo; } // end of the last loaded range, seconds
     const std::optional<QString> &error() const { return m_error; }
     QString errorText() const { return m_error.value_or(QString()); }
     float rate() const { return m_rate; }
@@ -63,7 +65,7 @@ public:
 
     /// Starts a new item; a start of up to one second counts as the beginning.
     void load(const QUrl &url, double startAt);
-    /// Loads the current item again, from where it stands.
+    /// Loads the current item again, from exactly where it stands and with the chosen audio track.
     Q_INVOKABLE void retry();
     Q_INVOKABLE void toggle();
     Q_INVOKABLE void seek(double seconds);
@@ -92,6 +94,7 @@ Q_SIGNALS:
 
 private:
     bool ensurePlayer();
+    void open(double startAt);
     void setIsPlaying(bool playing);
     void setIsBuffering(bool buffering);
     void setCurrentTime(double seconds);
@@ -119,6 +122,7 @@ private:
     bool m_isMuted = false;
     QList<AudioTrack> m_audioOptions;
     qint64 m_selectedAudio = -1;
+    std::optional<qint64> m_chosenAudio; // by the user, for the current item
     std::optional<QUrl> m_currentURL;
     std::function<void()> m_onFinished;
 };

@@ -9,6 +9,7 @@
 #include <QTest>
 
 using namespace tavelo;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -209,6 +210,84 @@ private Q_SLOTS:
         QVERIFY(m_probe->waitReady());
         QVERIFY(m_probe->seek(stoppedAt));
         QVERIFY(m_probe->waitEnd());
+    }
+
+    void goesOnAtAnotherNode_data()
+    {
+        const auto row = columns<int, bool>("status", "same");
+        row("that is a second younger", 503, true);
+        row("after the first one forgot the film", 404, true);
+        row("with another film", 503, false);
+    }
+
+    void goesOnAtAnotherNode()
+    {
+        QFETCH(int, status);
+        QFETCH(bool, same);
+        const QByteArray body = clip("heavy.mov");
+        FaultServer server;
+        const auto date = [](int second) {
+            const auto text = "Wed, 01 May 2024 00:00:0" + QByteArray::number(second) + " GMT";
+            return FaultServer::Headers{{"Last-Modified", text}};
+        };
+        server.serve(
+            "/one.mov",
+            {.body = body, .headers = date(1), .ranges = true, .silentAfter = body.size() / 3});
+        server.redirect(path, "/one.mov", 302);
+        play(server);
+        QVERIFY(m_probe->waitTime(0.5));
+        server.serve("/one.mov", {.status = status});
+        server.serve("/two.mov",
+                     {.body = same ? body : body + 'x', .headers = date(2), .ranges = true});
+        server.redirect(path, "/two.mov", 302);
+        m_player->seek(45);
+        QVERIFY(same ? m_probe->waitTime(45.5) : m_probe->waitFailed());
+        QCOMPARE(m_player->itemError(),
+                 same ? QString() : QStringLiteral("The film was changed on the server."));
+    }
+
+    void seekWhileOpening_data()
+    {
+        const auto row = columns<double, QList<double>>("start", "seeks");
+        row("becomes the start", 0.0, {7});
+        row("the last one does", 0.0, {3, 9, 7});
+        row("in place of where it was resumed", 4.0, {7});
+    }
+
+    void seekWhileOpening()
+    {
+        QFETCH(double, start);
+        QFETCH(QList<double>, seeks);
+        FaultServer server;
+        serveFilm(server, clip("counted.mp4")).delay = 1s;
+        m_player->load(server.url(path), start);
+        m_player->play();
+        QTRY_COMPARE(server.requests().size(), 1);
+        QList<bool> outcomes;
+        for (const double target : seeks)
+            m_player->seek(target, [&](bool finished) { outcomes.append(finished); });
+        QCOMPARE(m_player->currentTime(), 7);
+        QVERIFY(m_probe->waitTime(8));
+        QVERIFY2(m_probe->ticks.first() >= 7 && m_probe->ticks.first() < 7.6,
+                 qPrintable(QString::number(m_probe->ticks.first())));
+        QCOMPARE(outcomes.last(), true);
+        QCOMPARE(outcomes.count(false), seeks.size() - 1);
+    }
+
+    void seeksWhereNoRangesAreServed()
+    {
+        FaultServer server;
+        serveFilm(server, clip("heavy.mov")).ranges = false;
+        server.at(path).bytesPerSecond = 2'000'000;
+        m_player->load(server.url(path), 15);
+        m_player->play();
+        QVERIFY(m_probe->waitTime(15.5));
+        for (const double target : {45.0, 5.0}) {
+            QVERIFY(m_probe->seek(target));
+            QVERIFY2(qAbs(m_player->currentTime() - target) < 0.5,
+                     qPrintable(QString::number(m_player->currentTime())));
+        }
+        QVERIFY2(m_probe->ticks.first() < 15.5 && m_probe->ends == 0, "it went to the film's end");
     }
 
     void loadsAndEndsWhileTheServerIsSilent()

@@ -97,6 +97,16 @@ private Q_SLOTS:
         QTRY_COMPARE(m_player->selectedAudioTrack(), tracks[0].id);
         m_player->selectAudioTrack(tracks[1].id);
         QTRY_COMPARE(m_player->selectedAudioTrack(), tracks[1].id);
+
+        m_player->load(clip("counted.mp4")); // the choice was this film's
+        QVERIFY(m_probe->waitReady());
+        QTRY_COMPARE(m_player->selectedAudioTrack(), tracks[0].id);
+        for (const auto &[wanted, expected] : {std::pair(1, 1), std::pair(7, 0)}) {
+            m_player->load(clip("counted.mp4"));
+            m_player->selectAudioTrack(wanted + 1);
+            QVERIFY(m_probe->waitReady());
+            QTRY_COMPARE(m_player->selectedAudioTrack(), tracks[expected].id);
+        }
     }
 
     void playsAtTheDefaultRate()

@@ -59,7 +59,9 @@ MpvPlayer::~MpvPlayer()
 void MpvPlayer::load(const QUrl &url, double startAt)
 {
     resetItem();
-    m_time = m_startAt = startAt;
+    m_time = startAt;
+    m_target = startAt;
+    m_aid = "auto";
     m_hasItem = true;
     m_isFile = url.isLocalFile();
     const bool http =
@@ -95,8 +97,8 @@ void MpvPlayer::open()
 {
     m_screenWait.stop();
     m_core->set("pause", true);
-    m_core->set("start",
-                m_startAt > 0 ? QByteArray::number(m_startAt, 'f', 6) : QByteArray("none"));
+    sendStart();
+    m_core->set("aid", m_aid);
     m_core->set("cache", QByteArray(m_isFile ? "auto" : "yes"));
     m_core->command(MpvReply::loadKind | m_loadSerial, {"loadfile", m_address, "replace"});
     m_ticker.start();
@@ -120,9 +122,10 @@ void MpvPlayer::resetItem()
     m_ticker.stop();
     m_screenWait.stop();
     m_entry = -1;
-    m_entryStarted = m_hasItem = m_atEnd = m_tickDue = m_endDirty = false;
+    m_entryStarted = m_hasItem = m_atEnd = m_failing = m_tickDue = m_endDirty = false;
     m_idle = m_seekable = true;
     m_time = 0;
+    m_target.reset();
     m_duration = qQNaN();
     m_ranges.clear();
     m_statusDirty = m_statusDirty || m_status != ItemStatus::Unknown;
@@ -170,7 +173,9 @@ void MpvPlayer::setVideoGravity(VideoGravity gravity)
 
 void MpvPlayer::selectAudioTrack(qint64 id)
 {
-    m_core->set("aid", QByteArray::number(id));
+    m_aid = QByteArray::number(id);
+    if (!m_screenWait.isActive()) // or it would be heard in the former film
+        m_core->set("aid", m_aid);
 }
 
 std::shared_ptr<VideoRenderer> MpvPlayer::renderer()
@@ -180,14 +185,28 @@ std::shared_ptr<VideoRenderer> MpvPlayer::renderer()
 
 void MpvPlayer::seek(double seconds, SeekDone done)
 {
-    const std::uint64_t number = m_seek.begin(std::move(done));
-    if (m_status != ItemStatus::Ready || !m_seekable)
+    m_seek.begin(std::move(done));
+    if (!m_hasItem || m_status == ItemStatus::Failed || !m_seekable)
         return m_seek.end(false);
     m_time = seconds;
+    m_target = seconds;
     m_atEnd = false;
-    m_core->command(MpvReply::seekKind | number,
-                    {"seek", QByteArray::number(seconds, 'f', 6), "absolute+exact"});
+    if (m_status == ItemStatus::Ready)
+        sendSeek();
+    else if (!m_screenWait.isActive())
+        sendStart();
     publish();
+}
+
+void MpvPlayer::sendStart()
+{
+    m_core->set("start", m_time > 0 ? QByteArray::number(m_time, 'f', 6) : QByteArray("none"));
+}
+
+void MpvPlayer::sendSeek()
+{
+    m_core->command(MpvReply::seekKind | m_seek.number(),
+                    {"seek", QByteArray::number(m_time, 'f', 6), "absolute+exact"});
 }
 
 QList<TimeRange> MpvPlayer::loadedRanges() const
@@ -201,29 +220,40 @@ TimeControlStatus MpvPlayer::computeTimeControl() const
 {
     if (!m_hasItem || !m_wantsToPlay || m_status == ItemStatus::Failed)
         return TimeControlStatus::Paused;
-    if (m_status != ItemStatus::Ready || m_idle || m_seek.isPending())
+    if (m_status != ItemStatus::Ready || m_idle || !hasArrived())
         return TimeControlStatus::Waiting;
     return TimeControlStatus::Playing;
 }
 
 void MpvPlayer::publish()
 {
+    if (m_failing)
+        tellTime(); // nothing counts that a failed item tells
+    if (std::exchange(m_failing, false)) {
+        m_status = ItemStatus::Failed;
+        m_statusDirty = true;
+    }
     if (std::exchange(m_statusDirty, false)) {
         Q_EMIT itemStatusChanged();
         applyPause();
     }
     if (std::exchange(m_audioDirty, false))
         Q_EMIT audioTracksChanged();
+    if (m_timeControl == TimeControlStatus::Playing && computeTimeControl() != m_timeControl)
+        m_tickDue = true;
+    tellTime();
     if (const auto status = computeTimeControl(); status != m_timeControl) {
         m_timeControl = status;
         Q_EMIT timeControlStatusChanged();
     }
-    if (m_tickDue && !m_seek.isPending()) {
-        m_tickDue = false;
-        Q_EMIT timeTicked(m_time);
-    }
     if (std::exchange(m_endDirty, false))
         Q_EMIT playedToEnd();
+}
+
+void MpvPlayer::tellTime()
+{
+    if (m_status == ItemStatus::Ready && hasArrived() && std::exchange(m_tickDue, false))
+        Q_EMIT timeTicked(m_time);
 }
 
 void MpvPlayer::tick()
@@ -231,7 +261,7 @@ void MpvPlayer::tick()
     if (m_stream && m_timeControl == TimeControlStatus::Waiting &&
         m_stream->starvedFor() > starvationLimit)
         m_stream->fail(tr("The server stopped answering."));
-    m_tickDue = m_status == ItemStatus::Ready;
+    m_tickDue = true;
     publish();
 }
 

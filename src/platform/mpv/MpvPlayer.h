@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <atomic>
+#include <optional>
 
 struct mpv_event;
 struct mpv_event_command;
@@ -47,6 +48,7 @@ public:
     ItemStatus itemStatus() const override { return m_status; }
     QString itemError() const override { return m_error; }
     TimeControlStatus timeControlStatus() const override { return m_timeControl; }
+    bool hasArrived() const override { return m_hasItem && !m_target; }
     double currentTime() const override { return m_time; }
     double duration() const override { return m_duration; }
     QList<TimeRange> loadedRanges() const override;
@@ -71,18 +73,25 @@ private:
     void observe();
     void open();
     void videoChosen(bool wanted);
+    void sendStart();
+    void sendSeek();
     void drain();
     void handle(const mpv_event &event);
+    void commandReplied(const mpv_event &event);
+    void propertyReplied(const mpv_event &event);
     void loadReplied(std::uint64_t reply, int error, const mpv_event_command &result);
     void propertyChanged(Property id, const mpv_event_property &property);
     void tracksChanged(const mpv_node &trackList);
     void fileLoaded(double duration);
     void fileEnded(const mpv_event_end_file &end);
+    void restarted();
+    void arrive();
     void reachedEnd();
     void failItem(const QString &text);
     void resetItem();
     void applyPause();
     void publish();
+    void tellTime();
     void tick();
     TimeControlStatus computeTimeControl() const;
 
@@ -100,7 +109,7 @@ private:
     bool m_wantsToPlay = false;
     bool m_isFile = false;
     QByteArray m_address;     // for libmpv, while the item waits to be opened
-    double m_startAt = 0;     // seconds
+    QByteArray m_aid;         // the audio track that is wanted, as libmpv names it
     bool m_hasScreen = false; // somebody draws the picture
     float m_defaultRate = 1;
     MpvSeek m_seek;
@@ -109,6 +118,7 @@ private:
     QString m_error;
     TimeControlStatus m_timeControl = TimeControlStatus::Paused;
     double m_time = 0;
+    std::optional<double> m_target; // seconds; where it was told to go, until it has arrived
     double m_duration = 0;
     QList<TimeRange> m_ranges;
     MpvNodes::AudioTracks m_audio;
@@ -116,6 +126,7 @@ private:
     bool m_atEnd = false; // on the last frame
     bool m_seekable = true;
 
+    bool m_failing = false; // told with the next batch
     bool m_statusDirty = false;
     bool m_audioDirty = false;
     bool m_endDirty = false;

@@ -7,6 +7,7 @@
 
 #include <mpv/client.h>
 
+#include <algorithm>
 #include <cmath>
 
 // What libmpv tells.
@@ -43,13 +44,9 @@ void MpvPlayer::drain()
 
 void MpvPlayer::handle(const mpv_event &event)
 {
-    const std::uint64_t number = event.reply_userdata & ~MpvReply::kindMask;
     switch (event.event_id) {
     case MPV_EVENT_COMMAND_REPLY:
-        if ((event.reply_userdata & MpvReply::kindMask) == MpvReply::loadKind)
-            loadReplied(number, event.error, *static_cast<mpv_event_command *>(event.data));
-        else if ((event.reply_userdata & MpvReply::kindMask) == MpvReply::seekKind)
-            m_seek.replied(number, event.error);
+        commandReplied(event);
         break;
     case MPV_EVENT_START_FILE:
         m_entryStarted =
@@ -62,8 +59,7 @@ void MpvPlayer::handle(const mpv_event &event)
                                    MPV_FORMAT_DOUBLE);
         break;
     case MPV_EVENT_GET_PROPERTY_REPLY:
-        if (number == m_loadSerial && m_entryStarted)
-            fileLoaded(MpvNodes::number(*static_cast<mpv_event_property *>(event.data)));
+        propertyReplied(event);
         break;
     case MPV_EVENT_END_FILE:
         fileEnded(*static_cast<mpv_event_end_file *>(event.data));
@@ -72,9 +68,8 @@ void MpvPlayer::handle(const mpv_event &event)
         m_seek.started();
         break;
     case MPV_EVENT_PLAYBACK_RESTART:
-        m_tickDue = m_seek.restarted() || m_tickDue;
         if (m_entryStarted)
-            m_renderer->setBlank(false);
+            restarted();
         break;
     case MPV_EVENT_PROPERTY_CHANGE:
         propertyChanged(static_cast<Property>(event.reply_userdata),
@@ -83,6 +78,33 @@ void MpvPlayer::handle(const mpv_event &event)
     default:
         break;
     }
+}
+
+void MpvPlayer::commandReplied(const mpv_event &event)
+{
+    const std::uint64_t kind = event.reply_userdata & MpvReply::kindMask;
+    const std::uint64_t number = event.reply_userdata & ~MpvReply::kindMask;
+    if (kind == MpvReply::loadKind)
+        loadReplied(number, event.error, *static_cast<mpv_event_command *>(event.data));
+    else if (kind == MpvReply::seekKind && !m_seek.replied(number, event.error))
+        m_target.reset();
+}
+
+void MpvPlayer::propertyReplied(const mpv_event &event)
+{
+    if ((event.reply_userdata & ~MpvReply::kindMask) != m_loadSerial || !m_entryStarted)
+        return;
+    const auto &property = *static_cast<mpv_event_property *>(event.data);
+    if ((event.reply_userdata & MpvReply::kindMask) == MpvReply::readyKind)
+        return fileLoaded(MpvNodes::number(property));
+    if (property.format != MPV_FORMAT_NODE || !m_target)
+        return;
+    const auto holdsTarget = [this](const TimeRange &range) {
+        return range.start <= *m_target && *m_target <= range.end;
+    };
+    if (std::ranges::any_of(MpvNodes::loadedRanges(*static_cast<mpv_node *>(property.data)),
+                            holdsTarget))
+        arrive();
 }
 
 void MpvPlayer::loadReplied(std::uint64_t serial, int error, const mpv_event_command &result)
@@ -111,8 +133,7 @@ void MpvPlayer::propertyChanged(Property id, const mpv_event_property &property)
     case Property::VideoChoice:
         break;
     case Property::Time:
-        if (const double time = MpvNodes::number(property);
-            !m_seek.isPending() && std::isfinite(time))
+        if (const double time = MpvNodes::number(property); !m_target && std::isfinite(time))
             m_time = time;
         break;
     case Property::Duration:
@@ -143,6 +164,12 @@ void MpvPlayer::tracksChanged(const mpv_node &trackList)
     auto audio = MpvNodes::audioTracks(trackList);
     m_audioDirty = m_audioDirty || audio != m_audio;
     m_audio = std::move(audio);
+    const auto isWanted = [this](const AudioTrack &track) {
+        return QByteArray::number(track.id) == m_aid;
+    };
+    if (m_aid != "auto" && !m_audio.tracks.isEmpty() &&
+        std::ranges::none_of(m_audio.tracks, isWanted))
+        m_core->set("aid", m_aid = "auto");
 }
 
 void MpvPlayer::videoChosen(bool wanted)
@@ -159,6 +186,8 @@ void MpvPlayer::fileLoaded(double duration)
     m_duration = duration;
     m_status = ItemStatus::Ready;
     m_statusDirty = true;
+    if (m_seek.isPending())
+        sendSeek(); // it may have come too late to begin there
 }
 
 void MpvPlayer::fileEnded(const mpv_event_end_file &end)
@@ -172,11 +201,33 @@ void MpvPlayer::fileEnded(const mpv_event_end_file &end)
         reachedEnd();
 }
 
+/// Where libmpv goes on is where it was told to. When the stream broke on the way it may be
+/// anywhere, even at the film's end; then only what had come before that can be trusted.
+void MpvPlayer::restarted()
+{
+    if (!m_target || !m_seek.isPassedOn())
+        return;
+    if (!m_stream || m_stream->error().isEmpty())
+        return arrive();
+    mpv_get_property_async(m_core->handle(), MpvReply::placeKind | m_loadSerial,
+                           "demuxer-cache-state", MPV_FORMAT_NODE);
+}
+
+void MpvPlayer::arrive()
+{
+    m_target.reset();
+    m_renderer->setBlank(false);
+    m_tickDue = true;
+    m_seek.end(true);
+}
+
 /// libmpv takes a broken stream for the film's end; our stream knows better.
 void MpvPlayer::reachedEnd()
 {
     if (m_stream && !m_stream->error().isEmpty())
         return failItem({});
+    m_target.reset();
+    m_renderer->setBlank(false);
     m_seek.end(false);
     m_atEnd = true;
     m_wantsToPlay = false;
@@ -187,12 +238,12 @@ void MpvPlayer::reachedEnd()
 
 void MpvPlayer::failItem(const QString &text)
 {
-    if (m_status == ItemStatus::Failed || !m_hasItem)
+    if (m_status == ItemStatus::Failed || m_failing || !m_hasItem)
         return;
     const QString streamText = m_stream ? m_stream->error() : QString();
-    m_status = ItemStatus::Failed;
     m_error = streamText.isEmpty() ? text : streamText;
-    m_statusDirty = true;
+    m_failing = true;
+    m_tickDue = true;
     m_ticker.stop();
     m_seek.end(false);
     m_core->set("pause", true);

@@ -12,5 +12,6 @@ inline constexpr std::uint64_t loadKind = 1ULL << 56;
 inline constexpr std::uint64_t seekKind = 2ULL << 56;
 inline constexpr std::uint64_t stopKind = 3ULL << 56;
 inline constexpr std::uint64_t readyKind = 4ULL << 56;
+inline constexpr std::uint64_t placeKind = 5ULL << 56;
 
 } // namespace tavelo::MpvReply

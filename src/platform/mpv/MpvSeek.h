@@ -16,6 +16,9 @@ class MpvSeek
 {
 public:
     bool isPending() const { return m_stage != Stage::None; }
+    /// What libmpv does now is the newest seek's, or there is none.
+    bool isPassedOn() const { return m_stage == Stage::None || m_stage == Stage::Started; }
+    std::uint64_t number() const { return m_number; } // of the newest
 
     /// Ends a seek that is still under way as not finished. Gives the new one's number.
     std::uint64_t begin(MediaPlayer::SeekDone done)
@@ -26,28 +29,21 @@ public:
         return ++m_number;
     }
 
-    void replied(std::uint64_t number, int error)
+    /// False when the newest seek was refused, and thus is over.
+    bool replied(std::uint64_t number, int error)
     {
         if (m_stage != Stage::Sent || number != m_number)
-            return;
+            return true;
         m_stage = Stage::Accepted;
         if (error < 0)
             end(false);
+        return error >= 0;
     }
 
     void started()
     {
         if (m_stage == Stage::Accepted)
             m_stage = Stage::Started;
-    }
-
-    /// True when that was the end of the newest seek.
-    bool restarted()
-    {
-        if (m_stage != Stage::Started)
-            return false;
-        end(true);
-        return true;
     }
 
     void end(bool finished)
