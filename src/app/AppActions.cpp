@@ -53,7 +53,8 @@ void AppState::playLocal(const SavedFile &file)
 
 void AppState::resume(const HistoryEntry &entry)
 {
-    m_playback.playEntry(entry);
+    if (!m_playback.playEntry(entry))
+        return setNotice(QStringLiteral("The watch history holds no address for this film."));
     setShowPlayer(true);
 }
 

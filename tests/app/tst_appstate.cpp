@@ -197,6 +197,17 @@ private Q_SLOTS:
         m_state->resume(m_state->recentlyViewed().at(3));
         QVERIFY(m_state->showPlayer() && m_state->selectedItem());
         QCOMPARE(m_state->playback()->nowPlaying()->key, "abc|film 20");
+
+        HistoryEntry lost;
+        lost.key = "abc|lost";
+        m_state->setShowPlayer(false);
+        for (const bool local : {false, true}) {
+            lost.isLocal = local;
+            m_state->resume(lost);
+            QVERIFY2(!m_state->showPlayer(), "another film's player is shown");
+            QCOMPARE(m_state->notice(), "The watch history holds no address for this film.");
+            m_state->clearNotice();
+        }
     }
 
     void loadsACollection()
