@@ -78,8 +78,11 @@ Program::Program()
         serveFiles("film" + QByteArray::number(i), {"reel.mp4"});
     server().serve("/download/film0/reel.mp4", {.body = clip(), .ranges = true});
     server().forgetRequests();
-    QFile::remove(StandardFolders::support() + "/history.json");
-    QFile::remove(StandardFolders::configuration() + "/preferences.json");
+    for (const QString &file : {StandardFolders::support() + "/history.json",
+                                StandardFolders::configuration() + "/preferences.json"}) {
+        QFile::remove(file);
+        QFile::remove(KeptFile::previousOf(file));
+    }
 }
 
 void Program::serveFiles(const QByteArray &id, const QStringList &names, bool restricted)
