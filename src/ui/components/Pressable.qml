@@ -12,14 +12,15 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
 
     Accessible.name: text
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
+    // Once, however long it is held.
+    Keys.onPressed: event => {
+        const enters = event.key === Qt.Key_Return || event.key === Qt.Key_Enter;
+        if (enters && !event.isAutoRepeat)
             button.clicked();
+        event.accepted = enters || (event.key === Qt.Key_Space && event.isAutoRepeat);
     }
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            button.clicked();
-    }
+    Keys.onReleased: event =>
+        event.accepted = event.key === Qt.Key_Space && event.isAutoRepeat
     // Before it is anybody's shortcut: the film's, where this is one of its buttons.
     Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Space
 

@@ -39,6 +39,7 @@ FocusScope {
         event.accepted = false;
     }
     Component.onCompleted: if (visible) takeKeys()
+    onControlsShownChanged: if (!controlsShown) keys.focus = true // no key presses what is not seen
     onVisibleChanged: {
         if (visible)
             return takeKeys();
