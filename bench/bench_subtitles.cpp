@@ -96,6 +96,22 @@ void parseCues(benchmark::State &state, const char *format)
     state.counters["times_faster"] = theirs / ours; // the aim is 5
 }
 
+// Files as large as the program reads, in which every line ends in CR LF.
+void parseLineEnds(benchmark::State &state, const char *part)
+{
+    constexpr qsizetype size = 16'000'000;
+    const QByteArray file = QByteArray(part).repeated(size / qstrlen(part));
+    double seconds = 0;
+    for ([[maybe_unused]] auto turn : state) {
+        const double once =
+            secondsOf([&] { return SubtitleParser::parse(SubtitleParser::decoded(file)); });
+        state.SetIterationTime(once);
+        seconds += once;
+    }
+    // the aim is 100
+    state.counters["MB/s"] = double(file.size()) * double(state.iterations()) / seconds / 1e6;
+}
+
 // What each tick of the player costs, where the cue is the last one.
 void lookUp(benchmark::State &state)
 {
@@ -127,6 +143,14 @@ void lookUp(benchmark::State &state)
 
 BENCHMARK_CAPTURE(parseCues, srt, "srt")->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(parseCues, webvtt, "webvtt")->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(parseLineEnds, srt,
+                  "1\r\n00:00:01,000 --> 00:00:02,000\r\n<i>The lamp was lit at dusk,</i>\r\n"
+                  "and nobody came to put it out.\r\n\r\n")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(parseLineEnds, line_ends_alone, "\r\n")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(lookUp)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char **argv)

@@ -3,6 +3,7 @@
 #include "playback/SubtitleParser.h"
 
 #include "catalogue/Text.h"
+#include "platform/DisplayText.h"
 
 #include <QStringTokenizer>
 #include <QVarLengthArray>
@@ -18,6 +19,7 @@ namespace tavelo::SubtitleParser {
 namespace {
 
 constexpr QStringView arrow(u"-->");
+constexpr DisplayText::Bounds cueBounds{.characters = 1'000, .lines = 10};
 
 bool isDigitOrPoint(char c)
 {
@@ -58,6 +60,22 @@ QString withoutTags(QStringView text)
     }
     plain += text.sliced(at);
     return std::move(plain).trimmed();
+}
+
+// Line feeds alone end the lines, and no byte order mark stands anywhere. In place and in one pass:
+// QString's own replacement moves the whole rest again and again.
+void tidy(QString &text)
+{
+    if (!text.contains(u'\r') && !text.contains(QChar(QChar::ByteOrderMark)))
+        return;
+    QChar *out = text.data();
+    const QChar *const end = text.constEnd();
+    for (const QChar *in = text.constBegin(); in < end; ++in) {
+        const bool isPair = *in == u'\r' && in + 1 < end && in[1] == u'\n';
+        if (!isPair && *in != QChar(QChar::ByteOrderMark))
+            *out++ = *in;
+    }
+    text.truncate(out - text.constData());
 }
 
 // The first arrow in it; negative when there is none. Much faster than a search for the three.
@@ -109,17 +127,16 @@ std::optional<SubtitleCue> cueIn(QStringView block)
     if (!timing)
         return {};
     const QString text = withoutTags(block.sliced(lineEnd));
-    return text.isEmpty() ? std::nullopt
-                          : std::optional(SubtitleCue{timing->start, timing->end, text});
+    if (text.isEmpty())
+        return {};
+    return SubtitleCue{timing->start, timing->end, DisplayText::shortened(text, cueBounds)};
 }
 
 } // namespace
 
 QList<SubtitleCue> parse(QString text)
 {
-    if (text.contains(u'\r'))
-        text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    text.remove(QChar(QChar::ByteOrderMark));
+    tidy(text);
     QList<SubtitleCue> cues;
     for (QStringView rest = text; !rest.isEmpty();) {
         const QStringView block = rest.first(blockEnd(rest));

@@ -111,6 +111,11 @@ private Q_SLOTS:
         row("bad times", "0:0:1:0 --> 0:02\nx\n\n5 --> 6\nx\n\n0:01 --> x\nx", {});
         row("end before start", "0:05 --> 0:01\nx", {"5-1 x"});
         row("overlap", "0:01 --> 0:09\na\n\n0:02 --> 0:03\nb", {"1-9 a", "2-3 b"});
+        const QString line(1'000, 'x');
+        row("a cue as long as it may be", time + line, {"1-2 " + line});
+        row("a longer one", time + line + "x", {"1-2 " + line.left(999) + u'…'});
+        row("its lines", time + QString("a\n").repeated(11) + "a",
+            {"1-2 " + QString("a/").repeated(9) + u"a…"_qs});
         row("nothing", "", {});
         row("no arrow", "a\n\nb\n", {});
     }
@@ -122,9 +127,12 @@ private Q_SLOTS:
 
     void takesTimeInProportion()
     {
-        // Each would be quadratic for a parser that looks for a tag's end from every start.
-        for (const QString &part : {QString("<"), QString("<>"), QString("-->"), QString("\n\n")})
-            SubtitleParser::parse("0:01 --> 0:02\n" + part.repeated(2'000'000));
+        // Each would be quadratic for a parser that looks for a tag's end from every start, or that
+        // moves the rest for every line's end.
+        const QDeadlineTimer deadline(20s);
+        for (const char *part : {"<", "<>", "-->", "\n\n", "\r\n"})
+            SubtitleParser::parse("0:01 --> 0:02\n" + QString(part).repeated(12'000'000));
+        QVERIFY(!deadline.hasExpired());
     }
 
     void showsTheFirstCueOfTheTime()
