@@ -62,9 +62,11 @@ int main(int argc, char **argv)
     if (!QTest::qWaitFor([&] { return !state.popular().isEmpty(); }, 10'000))
         return 1;
     const MediaItem item = state.popular().first();
-    const QUrl url(demo.services().baseUrl() + QStringLiteral("/download/dusk_over_kestrel_ridge/"
-                                                              "dusk_over_kestrel_ridge.mp4"));
-    const ArchiveFile file{QStringLiteral("film.mp4"), {}, {}, url};
+    const ArchiveFile file{QStringLiteral("dusk_over_kestrel_ridge.mp4"),
+                           {},
+                           {},
+                           demo.services().baseUrl() +
+                               QStringLiteral("/download/dusk_over_kestrel_ridge/")};
     demo.services().setFaults({.below = "/download/", .latency = latency});
 
     QQuickWindow bare;
@@ -87,7 +89,7 @@ int main(int argc, char **argv)
     QList<qint64> ours;
     QList<qint64> engine;
     for (int round = 0; round <= rounds; ++round) {
-        const qint64 alone = untilPicture(bare, manager, [&] { manager.load(url, 0); });
+        const qint64 alone = untilPicture(bare, manager, [&] { manager.load(file.url(), 0); });
         manager.stop();
         QTest::qWait(300);
         const qint64 inProgram =

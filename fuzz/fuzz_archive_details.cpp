@@ -9,8 +9,9 @@ namespace {
 
 bool isSound(const ArchiveFile &file)
 {
-    return file.url.isValid() && file.url.host() == QLatin1String("archive.org") &&
-           file.url.path().startsWith(QLatin1String("/download/an item/"));
+    const QUrl url = file.url();
+    return url.isValid() && url.host() == QLatin1String("archive.org") &&
+           url.path().startsWith(QLatin1String("/download/an item/"));
 }
 
 } // namespace

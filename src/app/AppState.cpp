@@ -4,7 +4,9 @@
 
 #include "app/Suggestions.h"
 #include "catalogue/OrvellaProvider.h"
+#include "platform/ThreadPool.h"
 
+#include <QCoroFuture>
 #include <QPointer>
 
 namespace tavelo {
@@ -37,8 +39,8 @@ AppState::AppState(VideoPlayerManager::EngineFactory makeEngine,
     for (KeptFile *file : {&m_settings.file(), &m_library.file()})
         connect(file, &KeptFile::troubled, this, &AppState::tellTrouble);
     connect(&m_library, &LibraryStore::historyChanged, this, &AppState::recentlyViewedChanged);
-    connect(this, &AppState::featuredChanged, this, &AppState::suggestionsChanged);
-    connect(this, &AppState::popularChanged, this, &AppState::suggestionsChanged);
+    connect(this, &AppState::featuredChanged, this, &AppState::suggestionsFlow);
+    connect(this, &AppState::popularChanged, this, &AppState::suggestionsFlow);
 }
 
 AppState::~AppState()
@@ -53,9 +55,17 @@ void AppState::saveAll()
         file->flush();
 }
 
-QStringList AppState::suggestions() const
+QCoro::Task<> AppState::suggestionsFlow()
 {
-    return suggestionsFrom(m_featured + m_popular);
+    const QPointer<AppState> self(this);
+    const int turn = ++m_suggestionTurn;
+    const auto counting =
+        runOnPool([items = m_featured + m_popular] { return suggestionsFrom(items); });
+    const QStringList words = co_await counting;
+    if (!self || turn != m_suggestionTurn)
+        co_return;
+    m_suggestions = words;
+    Q_EMIT suggestionsChanged();
 }
 
 QList<HistoryEntry> AppState::recentlyViewed() const

@@ -5,6 +5,7 @@
 #include "app/SidebarSection.h"
 #include "catalogue/Collection.h"
 #include "catalogue/MediaItem.h"
+#include "platform/DisplayText.h"
 #include "platform/Workspace.h"
 #include "playback/PlaybackCoordinator.h"
 #include "search/ProviderRegistry.h"
@@ -91,8 +92,8 @@ public:
     ProviderRegistry *registry() { return &m_registry; }
     PlaybackCoordinator *playback() { return &m_playback; }
 
-    /// Subject words of the Home shelves, at most 10.
-    QStringList suggestions() const;
+    /// Subject words of the Home shelves, at most 10; counted a moment after the shelves come.
+    QStringList suggestions() const { return m_suggestions; }
     /// The latest of the history that are not local, at most 20.
     QList<HistoryEntry> recentlyViewed() const;
 
@@ -100,9 +101,9 @@ public:
     QString sectionName() const { return rawValue(m_section); }
     QStringList sectionNames() const;
     QVariant selectedItemVariant() const;
-    QString noticeText() const { return m_notice.value_or(QString()); }
-    QString homeErrorText() const { return m_homeError.value_or(QString()); }
-    QString searchErrorText() const { return m_searchError.value_or(QString()); }
+    QString noticeText() const { return shown(m_notice); }
+    QString homeErrorText() const { return shown(m_homeError); }
+    QString searchErrorText() const { return shown(m_searchError); }
     QVariant collectionVariant() const;
     QVariant inspectorVariant() const;
 
@@ -192,9 +193,15 @@ Q_SIGNALS:
     void recentlyViewedChanged();
 
 private:
+    static QString shown(const std::optional<QString> &text)
+    {
+        return DisplayText::message(text.value_or(QString()));
+    }
+
     using Items = Result<QList<MediaItem>>;
 
     QCoro::Task<> homeFlow();
+    QCoro::Task<> suggestionsFlow();
     QCoro::Task<> searchFlow(QString text);
     QCoro::Task<> collectionFlow(QString query);
     QCoro::Task<> inspectFlow(QUrl url);
@@ -222,6 +229,8 @@ private:
     std::optional<QString> m_notice;
     QList<MediaItem> m_featured;
     QList<MediaItem> m_popular;
+    QStringList m_suggestions;
+    int m_suggestionTurn = 0; // of suggestionsFlow(); an earlier one's words are out of date
     std::optional<QString> m_homeError;
     bool m_homeLoading = false;
     QString m_searchQuery;

@@ -29,7 +29,7 @@ public:
     QList<ArchiveFile> subtitles() const;   // SRT, VTT
     std::optional<ArchiveFile> torrent() const;
     /// Where that file is, for the screens: empty when there is none.
-    QUrl torrentURL() const { return torrent().value_or(ArchiveFile()).url; }
+    QUrl torrentURL() const { return torrent().value_or(ArchiveFile()).url(); }
 
     bool operator==(const ArchiveDetails &) const = default;
 };

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "catalogue/Fmt.h"
+#include "platform/DisplayText.h"
 
 #include <QMetaType>
 #include <QString>
@@ -16,17 +17,22 @@ namespace tavelo {
 struct ArchiveFile
 {
     Q_GADGET
-    Q_PROPERTY(QString name MEMBER name CONSTANT)
-    Q_PROPERTY(QString format MEMBER format CONSTANT)
+    Q_PROPERTY(QString name READ shownName CONSTANT)
+    Q_PROPERTY(QString format READ shownFormat CONSTANT)
     Q_PROPERTY(QString sizeText READ sizeText CONSTANT)
-    Q_PROPERTY(QUrl url MEMBER url CONSTANT)
 
 public:
     QString name;               // path inside the item, "/" between its parts
     QString format;             // the service's label; empty: none
     std::optional<qint64> size; // bytes; absent: unknown
-    QUrl url;                   // direct download address
+    QString itemRoot;           // the address below which its item's files are; ends in "/"
 
+    /// Its direct download address. Made when it is asked for: an item may have very many files.
+    QUrl url() const;
+
+    // For the screens.
+    QString shownName() const { return DisplayText::name(name); }
+    QString shownFormat() const { return DisplayText::name(format); }
     QString sizeText() const { return Fmt::byteCount(size); }
 
     bool operator==(const ArchiveFile &) const = default;

@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
+#include <QStringTokenizer>
 
 #include <algorithm>
 
@@ -16,9 +17,25 @@ namespace tavelo::ArchiveParser {
 
 namespace {
 
+constexpr qsizetype mostSubjects = 100;
+
 std::optional<QString> firstOf(const QJsonObject &object, const char *key)
 {
-    return first(object.value(QLatin1String(key)));
+    auto text = first(object.value(QLatin1String(key)));
+    return text ? std::optional(Text::bounded(*text)) : std::nullopt;
+}
+
+/// For what names something: cut short it would name something else. Absent when it is too long.
+std::optional<QString> nameOf(const QJsonObject &object, const char *key)
+{
+    auto text = first(object.value(QLatin1String(key)));
+    return text && Text::bounded(*text).size() == text->size() ? text : std::nullopt;
+}
+
+std::optional<QString> summaryOf(const QJsonObject &object)
+{
+    const auto plain = Fmt::stripHTML(first(object.value(QLatin1String("description"))));
+    return plain ? std::optional(Text::bounded(*plain)) : std::nullopt;
 }
 
 /// Absent unless every element is an object.
@@ -30,21 +47,21 @@ std::optional<QJsonArray> objects(const QJsonValue &value)
     return all ? std::optional(array) : std::nullopt;
 }
 
-/// Empty unless every element is a text.
-QStringList texts(const QJsonValue &value)
+/// Of a list the first, and none unless every element is a text.
+QStringList subjectsOf(const QJsonValue &value)
 {
+    const QJsonArray array = value.toArray();
+    if (!std::ranges::all_of(array, [](QJsonValue each) { return each.isString(); }))
+        return {};
     QStringList list;
-    for (const QJsonValue &element : value.toArray()) {
-        if (!element.isString())
-            return {};
-        list.append(element.toString());
-    }
+    for (qsizetype i = 0; i < std::min(array.size(), mostSubjects); ++i)
+        list.append(Text::bounded(array.at(i).toString()));
     return list;
 }
 
 std::optional<MediaItem> searchItem(const QJsonObject &document)
 {
-    const auto id = firstOf(document, "identifier");
+    const auto id = nameOf(document, "identifier");
     if (!id)
         return {};
     const QJsonValue subject = document.value(QLatin1String("subject"));
@@ -52,9 +69,10 @@ std::optional<MediaItem> searchItem(const QJsonObject &document)
         .id = *id,
         .title = firstOf(document, "title").value_or(*id),
         .year = firstOf(document, "year"),
-        .summary = Fmt::stripHTML(firstOf(document, "description")),
+        .summary = summaryOf(document),
         .creator = firstOf(document, "creator"),
-        .subjects = subject.isString() ? QStringList{subject.toString()} : texts(subject),
+        .subjects = subject.isString() ? QStringList{Text::bounded(subject.toString())}
+                                       : subjectsOf(subject),
         .downloads = Text::integer(firstOf(document, "downloads").value_or(QString())).value_or(0),
         .licenseURL = firstOf(document, "licenseurl"),
     };
@@ -63,10 +81,14 @@ std::optional<MediaItem> searchItem(const QJsonObject &document)
 QStringList detailSubjects(const QJsonValue &subject)
 {
     if (!subject.isString())
-        return texts(subject);
-    QStringList pieces = subject.toString().split(QLatin1Char(';'));
-    for (QString &piece : pieces)
-        piece = Text::trimmedOfBlanks(piece).toString();
+        return subjectsOf(subject);
+    const QString text = subject.toString();
+    QStringList pieces;
+    for (const QStringView piece : QStringTokenizer(text, u';')) {
+        if (pieces.size() == mostSubjects)
+            break;
+        pieces.append(Text::bounded(Text::trimmedOfBlanks(piece).toString()));
+    }
     return pieces;
 }
 
@@ -78,20 +100,19 @@ std::optional<QString> detailYear(const QJsonObject &metadata)
     return date ? std::optional(date->left(4)) : std::nullopt;
 }
 
+/// `itemRoot`: a URL.
 std::optional<ArchiveFile> file(const QJsonObject &object, const QString &itemRoot)
 {
-    const auto name = firstOf(object, "name");
+    const auto name = nameOf(object, "name");
     if (!name)
         return {};
-    QStringList pieces = name->split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    std::ranges::transform(pieces, pieces.begin(), Text::pathEncoded);
-    const QUrl url(itemRoot + pieces.join(QLatin1Char('/')), QUrl::StrictMode);
-    if (!url.isValid())
-        return {};
-    return ArchiveFile{.name = *name,
-                       .format = firstOf(object, "format").value_or(QString()),
-                       .size = Text::integer(firstOf(object, "size").value_or(QString())),
-                       .url = url};
+    ArchiveFile file{.name = *name,
+                     .format = firstOf(object, "format").value_or(QString()),
+                     .size = Text::integer(firstOf(object, "size").value_or(QString())),
+                     .itemRoot = itemRoot};
+    // What is percent-encoded makes a URL; to make it of every file takes longer than all the rest.
+    const bool addressed = file.name.isValidUtf16() || file.url().isValid();
+    return addressed ? std::optional(std::move(file)) : std::nullopt;
 }
 
 bool isMP4Encode(const ArchiveFile &file)
@@ -157,7 +178,7 @@ std::optional<ArchiveDetails> parseDetails(const QByteArray &body, const QString
         .id = id,
         .title = firstOf(metadata, "title").value_or(id),
         .year = detailYear(metadata),
-        .summary = Fmt::stripHTML(firstOf(metadata, "description")),
+        .summary = summaryOf(metadata),
         .creator = firstOf(metadata, "creator"),
         .subjects = detailSubjects(metadata.value(QLatin1String("subject"))),
         .downloads = 0,
@@ -166,6 +187,8 @@ std::optional<ArchiveDetails> parseDetails(const QByteArray &body, const QString
     details.restricted = firstOf(metadata, "access-restricted-item") == QStringLiteral("true");
     const QString itemRoot = ServiceHosts::current().archive + QLatin1String("/download/") +
                              Text::pathEncoded(id) + QLatin1Char('/');
+    if (!QUrl(itemRoot, QUrl::StrictMode).isValid())
+        return details;
     for (const QJsonValue &entry :
          objects(root.value(QLatin1String("files"))).value_or(QJsonArray())) {
         if (auto one = file(entry.toObject(), itemRoot))

@@ -3,9 +3,12 @@
 #include "catalogue/MediaItem.h"
 
 #include "catalogue/Text.h"
+#include "platform/DisplayText.h"
 #include "platform/ServiceHosts.h"
 
 #include <QJsonArray>
+
+#include <algorithm>
 
 namespace tavelo {
 
@@ -17,6 +20,8 @@ QUrl itemURL(const char *folder, const QString &id)
     const QUrl url(root + QLatin1String(folder) + Text::pathEncoded(id), QUrl::StrictMode);
     return url.isValid() ? url : QUrl(root);
 }
+
+constexpr qsizetype shownSubjects = 6;
 
 struct OptionalField
 {
@@ -49,9 +54,41 @@ QUrl MediaItem::licenseLink() const
     return url.isValid() && isWeb && !url.host().isEmpty() ? url : QUrl();
 }
 
+QString MediaItem::titleText() const
+{
+    return DisplayText::name(title);
+}
+
+QString MediaItem::yearText() const
+{
+    return DisplayText::name(year.value_or(QString()));
+}
+
+QString MediaItem::summaryText() const
+{
+    return DisplayText::body(summary.value_or(QString()));
+}
+
+QString MediaItem::extractText() const
+{
+    return DisplayText::extract(summary.value_or(QString()));
+}
+
+QString MediaItem::licenseText() const
+{
+    return DisplayText::name(licenseURL.value_or(QString()));
+}
+
+QString MediaItem::subjectsText() const
+{
+    QStringList shown = subjects.first(std::min<qsizetype>(subjects.size(), shownSubjects));
+    std::ranges::transform(shown, shown.begin(), DisplayText::name);
+    return shown.join(QStringLiteral(" • "));
+}
+
 QString MediaItem::credits() const
 {
-    QStringList parts{yearText(), creatorText()};
+    QStringList parts{yearText(), DisplayText::name(creator.value_or(QString()))};
     parts.removeAll(QString());
     return parts.join(QStringLiteral(" · "));
 }

@@ -16,12 +16,12 @@ struct MediaItem
 {
     Q_GADGET
     Q_PROPERTY(QString id MEMBER id CONSTANT)
-    Q_PROPERTY(QString title MEMBER title CONSTANT)
+    Q_PROPERTY(QString title READ titleText CONSTANT)
     Q_PROPERTY(QString year READ yearText CONSTANT)
     Q_PROPERTY(QString summary READ summaryText CONSTANT)
-    Q_PROPERTY(QString creator READ creatorText CONSTANT)
+    Q_PROPERTY(QString extract READ extractText CONSTANT)
     Q_PROPERTY(QString credits READ credits CONSTANT)
-    Q_PROPERTY(QStringList subjects MEMBER subjects CONSTANT)
+    Q_PROPERTY(QString subjects READ subjectsText CONSTANT)
     Q_PROPERTY(qint64 downloads MEMBER downloads CONSTANT)
     Q_PROPERTY(QString license READ licenseText CONSTANT)
     Q_PROPERTY(QUrl licenseLink READ licenseLink CONSTANT)
@@ -44,11 +44,14 @@ public:
     /// `licenseURL` where that is a web address, else an empty URL.
     QUrl licenseLink() const;
 
-    // For the screens: absent reads as the empty text.
-    QString yearText() const { return year.value_or(QString()); }
-    QString summaryText() const { return summary.value_or(QString()); }
-    QString creatorText() const { return creator.value_or(QString()); }
-    QString licenseText() const { return licenseURL.value_or(QString()); }
+    // For the screens, bounded: absent reads as the empty text.
+    QString titleText() const;
+    QString yearText() const;
+    QString summaryText() const;
+    QString extractText() const; // of the summary
+    QString licenseText() const;
+    /// The first six, with dots between them.
+    QString subjectsText() const;
     /// "1948 · Halloran Pictures": of the two what there is.
     QString credits() const;
 

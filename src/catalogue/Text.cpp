@@ -35,6 +35,14 @@ std::optional<QUrl> url(const QString &text)
     return url.isValid() ? std::optional(url) : std::nullopt;
 }
 
+QString bounded(const QString &text)
+{
+    constexpr qsizetype most = 64 * 1024;
+    if (text.size() <= most)
+        return text;
+    return text.first(text.at(most - 1).isHighSurrogate() ? most - 1 : most);
+}
+
 QString pathEncoded(const QString &text)
 {
     if (!text.isValidUtf16())

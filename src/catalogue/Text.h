@@ -20,6 +20,9 @@ std::optional<qint64> integer(QStringView text);
 /// none; absent for any other.
 std::optional<QUrl> url(const QString &text);
 
+/// Its first 65,536 characters: no name needs more.
+QString bounded(const QString &text);
+
 /// Percent-encoded for a URL's path (RFC 3986, pchar without ";", and "/"). A text that has no
 /// UTF-8 form comes back as it is.
 QString pathEncoded(const QString &text);

@@ -2,9 +2,21 @@
 // SPDX-License-Identifier: MIT
 #include "main/DesktopManners.h"
 
+#include "platform/DisplayText.h"
+
 #include <QWindow>
 
 namespace tavelo {
+
+namespace {
+
+/// For other programs, which lay it out.
+QString shortTitle(const QString &title)
+{
+    return DisplayText::shortened(title, {.characters = 500});
+}
+
+} // namespace
 
 DesktopManners::DesktopManners(AppState &state, QWindow &window, std::function<void()> comeForward,
                                const QDBusConnection &bus)
@@ -61,7 +73,7 @@ void DesktopManners::publish()
     MediaSessionState state;
     if (film) {
         state.key = film->key;
-        state.title = film->title;
+        state.title = shortTitle(film->title);
         state.poster = film->thumbnail;
     }
     state.duration = player().duration();
@@ -80,7 +92,7 @@ void DesktopManners::tellOfDownloads()
             continue;
         finished.insert(task.id);
         if (!m_finished.contains(task.id) && !m_window.isActive())
-            m_notifier.show(tr("Download finished"), task.title);
+            m_notifier.show(tr("Download finished"), shortTitle(task.title));
     }
     m_finished = std::move(finished);
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DisplayText.h"
+
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -28,11 +30,13 @@ struct AudioTrack
 {
     Q_GADGET
     Q_PROPERTY(qint64 id MEMBER id CONSTANT)
-    Q_PROPERTY(QString name MEMBER name CONSTANT)
+    Q_PROPERTY(QString name READ shownName CONSTANT)
 
 public:
     qint64 id = 0;
     QString name;
+
+    QString shownName() const { return DisplayText::name(name); } // for the screens
 
     bool operator==(const AudioTrack &) const = default;
 };

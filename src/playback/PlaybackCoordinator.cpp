@@ -24,7 +24,7 @@ QList<SubtitleTrack> tracksOf(const QList<ArchiveFile> &files)
 {
     QList<SubtitleTrack> tracks;
     for (const ArchiveFile &file : files)
-        tracks.append({file.name, file.url});
+        tracks.append({file.name, file.url()});
     return tracks;
 }
 
@@ -70,7 +70,7 @@ QVariant PlaybackCoordinator::nowPlayingVariant() const
 void PlaybackCoordinator::play(const ArchiveFile &file, const MediaItem &item,
                                const QList<ArchiveFile> &subtitles)
 {
-    start({item.id + separator + file.name, file.url, item.id, item.title, item.thumbnailURL(),
+    start({item.id + separator + file.name, file.url(), item.id, item.title, item.thumbnailURL(),
            tracksOf(subtitles)});
 }
 

@@ -110,7 +110,7 @@ QCoro::Task<> SubtitleManager::load(SubtitleTrack track, std::stop_token stop)
         co_return;
     m_cues = cues;
     if (cues.isEmpty())
-        setError(QStringLiteral("No subtitle cues found in ") + track.name);
+        setError(QStringLiteral("No subtitle cues found in ") + track.shownName());
 }
 
 void SubtitleManager::clear(const std::optional<SubtitleTrack> &selected)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DisplayText.h"
+
 #include <QList>
 #include <QMetaType>
 #include <QUrl>
@@ -12,12 +14,14 @@ namespace tavelo {
 struct SubtitleTrack
 {
     Q_GADGET
-    Q_PROPERTY(QString name MEMBER name CONSTANT)
+    Q_PROPERTY(QString name READ shownName CONSTANT)
     Q_PROPERTY(QUrl url MEMBER url CONSTANT)
 
 public:
     QString name; // the file's, extension included
     QUrl url;     // a file's or a web address
+
+    QString shownName() const { return DisplayText::name(name); } // for the screens
 
     bool operator==(const SubtitleTrack &) const = default;
 };

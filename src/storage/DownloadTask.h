@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DisplayText.h"
+
 #include <QMetaType>
 #include <QString>
 #include <QUrl>
@@ -17,7 +19,7 @@ struct DownloadTask
 {
     Q_GADGET
     Q_PROPERTY(QUuid id MEMBER id CONSTANT)
-    Q_PROPERTY(QString title MEMBER title CONSTANT)
+    Q_PROPERTY(QString title READ shownTitle CONSTANT)
     Q_PROPERTY(double progress READ progress CONSTANT)
     Q_PROPERTY(bool isDownloading READ isDownloading CONSTANT)
     Q_PROPERTY(bool isPaused READ isPaused CONSTANT)
@@ -65,6 +67,8 @@ public:
     {
         return expected < 1 ? 0 : std::clamp(double(received) / double(expected), 0.0, 1.0);
     }
+
+    QString shownTitle() const { return DisplayText::name(title); } // for the screens
 
     bool operator==(const DownloadTask &) const = default;
 };

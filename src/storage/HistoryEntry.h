@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DisplayText.h"
 #include "platform/Json.h"
 
 #include <QDateTime>
@@ -18,7 +19,7 @@ struct HistoryEntry
 {
     Q_GADGET
     Q_PROPERTY(QString key MEMBER key CONSTANT)
-    Q_PROPERTY(QString title MEMBER title CONSTANT)
+    Q_PROPERTY(QString title READ shownTitle CONSTANT)
     Q_PROPERTY(bool isLocal MEMBER isLocal CONSTANT)
     Q_PROPERTY(QUrl thumbnailURL READ thumbnailURL CONSTANT)
     Q_PROPERTY(double position MEMBER position CONSTANT)
@@ -44,6 +45,7 @@ public:
         return position > 10 && (duration <= 0 || position < 0.95 * duration);
     }
 
+    QString shownTitle() const { return DisplayText::name(title); } // for the screens
     /// The part of it that was watched, 0 to 1; negative where the duration is not known.
     double progress() const;
     /// `thumbnail` where that is a URL, else an empty one.

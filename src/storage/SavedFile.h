@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DisplayText.h"
+
 #include <QDateTime>
 #include <QList>
 #include <QMetaType>
@@ -14,7 +16,7 @@ struct SavedFile
 {
     Q_GADGET
     Q_PROPERTY(QUrl url MEMBER url CONSTANT)
-    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString title READ shownTitle CONSTANT)
     Q_PROPERTY(qint64 size MEMBER size CONSTANT)
     Q_PROPERTY(QDateTime added MEMBER added CONSTANT)
 
@@ -25,6 +27,7 @@ public:
 
     /// The file's name without its extension.
     QString title() const;
+    QString shownTitle() const { return DisplayText::name(title()); } // for the screens
 
     bool operator==(const SavedFile &) const = default;
 };

@@ -45,7 +45,7 @@ QCoro::Task<> ItemDetailModel::load(QString id)
     if (details)
         publish(*details, {});
     else
-        publish({}, details.error().text);
+        publish({}, DisplayText::message(details.error().text));
 }
 
 void ItemDetailModel::publish(std::optional<ArchiveDetails> details, const QString &error)

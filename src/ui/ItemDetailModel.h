@@ -30,7 +30,7 @@ public:
     QVariant item() const { return m_item; }
     void setItem(const QVariant &item);       // a MediaItem; anything else is none
     QVariant details() const;                 // an ArchiveDetails; null until loaded
-    QString error() const { return m_error; } // empty: none
+    QString error() const { return m_error; } // for the screen; empty: none
 
 Q_SIGNALS:
     void itemChanged();

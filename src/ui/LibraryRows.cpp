@@ -33,7 +33,7 @@ Row savedRow(const SavedFile &file)
 {
     return {{QStringLiteral("id"), file.url},
             {QStringLiteral("kind"), QStringLiteral("saved")},
-            {QStringLiteral("title"), file.title()},
+            {QStringLiteral("title"), file.shownTitle()},
             {QStringLiteral("size"), Fmt::byteCount(file.size)},
             {QStringLiteral("action"), QStringLiteral("Play")},
             {QStringLiteral("film"), QVariant::fromValue(file)}};
@@ -47,7 +47,7 @@ Row entryRow(const HistoryEntry &entry)
     return {
         {QStringLiteral("id"), QStringLiteral("watched ") + entry.key},
         {QStringLiteral("kind"), QStringLiteral("entry")},
-        {QStringLiteral("title"), entry.title},
+        {QStringLiteral("title"), entry.shownTitle()},
         {QStringLiteral("time"), underway ? time : QString()},
         {QStringLiteral("date"),
          LibraryRows::dayText(entry.lastPlayed.toLocalTime().date(), QLocale())},

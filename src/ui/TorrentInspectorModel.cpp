@@ -90,7 +90,7 @@ QVariant TorrentInspectorModel::data(const QModelIndex &index, int role) const
     const TorrentFileEntry &file = m_info.files.at(index.row());
     switch (role) {
     case PathRole:
-        return file.path;
+        return DisplayText::name(file.path);
     case SymbolRole:
         return symbolFor(file.path);
     case SizeRole:

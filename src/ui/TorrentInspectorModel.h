@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DisplayText.h"
 #include "torrent/TorrentInfo.h"
 
 #include <QAbstractListModel>
@@ -31,7 +32,7 @@ public:
 
     QVariant info() const { return QVariant::fromValue(m_info); }
     void setInfo(const QVariant &info); // a TorrentInfo; anything else is none
-    QString name() const { return m_info.name; }
+    QString name() const { return DisplayText::name(m_info.name); } // for the screen
     QString infoHash() const { return m_info.infoHash; }
     QString hashText() const;
     QString summary() const; // of the files

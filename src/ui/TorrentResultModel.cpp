@@ -171,7 +171,7 @@ QVariant TorrentResultModel::data(const QModelIndex &index, int role) const
     const TorrentRow &row = rowAt(index.row());
     switch (role) {
     case TitleRole:
-        return row.result.title;
+        return row.titleText();
     case LicenceRole:
         return row.licenceText();
     case SizeRole:

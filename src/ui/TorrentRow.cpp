@@ -3,6 +3,7 @@
 #include "ui/TorrentRow.h"
 
 #include "catalogue/Fmt.h"
+#include "platform/DisplayText.h"
 #include "search/MergeResults.h"
 
 #include <QCollator>
@@ -60,6 +61,11 @@ TorrentRow rowOf(const TorrentResult &result)
 
 } // namespace
 
+QString TorrentRow::titleText() const
+{
+    return DisplayText::name(result.title);
+}
+
 QString TorrentRow::sizeText() const
 {
     return Fmt::byteCount(result.size);
@@ -85,7 +91,7 @@ QString TorrentRow::licenceText() const
     if (!result.archiveID)
         return {};
     if (result.license && !result.license->isEmpty())
-        return QLatin1String("Licensed: ") + *result.license;
+        return QLatin1String("Licensed: ") + DisplayText::name(*result.license);
     return QStringLiteral("Orvella catalog item · license not stated");
 }
 

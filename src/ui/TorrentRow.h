@@ -20,6 +20,7 @@ struct TorrentRow
     std::array<qint64, TorrentSort::keyCount> keys = {};
 
     // What its cells say; a dash stands for what is not known.
+    QString titleText() const;
     QString sizeText() const;
     QString seedsText() const;
     QString peersText() const;

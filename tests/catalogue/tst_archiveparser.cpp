@@ -190,7 +190,27 @@ private Q_SLOTS:
         const auto found = detailsOf("{}", QJsonDocument(files).toJson()).files;
         QCOMPARE(found.size(), 1);
         QCOMPARE(found.first().name, name);
-        QCOMPARE(found.first().url.toEncoded(), "https://archive.org/download/abc/" + path);
+        QCOMPARE(found.first().url().toEncoded(), "https://archive.org/download/abc/" + path);
+    }
+
+    void keepsNoMoreThanItNeeds()
+    {
+        const QByteArray most(65'536, 'x');
+        const QByteArray over = most + 'y';
+        const MediaItem item =
+            only(R"({"identifier":"a","title":")" + over + R"(","description":"<b>)" + over +
+                 R"(</b>","subject":[)" + QByteArray(R"("s",)").repeated(100) + R"("t"]})");
+        QCOMPARE(item.title, most);
+        QCOMPARE(item.summary, most);
+        QCOMPARE(item.subjects, QStringList(100, "s"));
+        QCOMPARE(
+            detailsOf(R"({"subject":")" + QByteArray("s;").repeated(101) + R"("})").item.subjects,
+            QStringList(100, "s"));
+        // A shorter name would be another file's, and another item's.
+        QCOMPARE(names(detailsOf("{}", R"([{"name":")" + over + R"("},{"name":")" + most + R"("}])")
+                           .files),
+                 QStringList(most));
+        QCOMPARE(ArchiveParser::parseSearch(page(R"({"identifier":")" + over + R"("})")).size(), 0);
     }
 
     void filesAreOrdered()
@@ -229,7 +249,7 @@ private Q_SLOTS:
         for (const char *name :
              {"Movie.MP4", "a.m4v", "clip.mkv", "x.mp4/README", "subs/en.VTT", "film.torrent",
               "other.torrent", "mp4", "b.mov", "c.ogv", "d.srt", "e.mp4.gz"})
-            details.files.append({.name = name, .format = {}, .size = {}, .url = {}});
+            details.files.append({.name = name, .format = {}, .size = {}, .itemRoot = {}});
         QCOMPARE(names(details.playable()), QStringList({"Movie.MP4", "a.m4v", "b.mov"}));
         QCOMPARE(names(details.otherVideos()), QStringList({"clip.mkv", "c.ogv"}));
         QCOMPARE(names(details.subtitles()), QStringList({"subs/en.VTT", "d.srt"}));

@@ -151,7 +151,7 @@ private Q_SLOTS:
         for (const char *id : {"test_card_waltz", "harbour_at_low_tide"}) {
             int served = 0;
             for (const ArchiveFile &file : detailsOf(id).files) {
-                const Answer answer = get(file.url);
+                const Answer answer = get(file.url());
                 served += answer.status == 200 && answer.body.size() == 100'000 ? 1 : 0;
             }
             QVERIFY2(served >= 1, id);

@@ -3,9 +3,12 @@
 #include "Program.h"
 #include "WindowTest.h"
 
+#include "platform/DisplayText.h"
 #include "storage/SettingsStore.h"
 #include "testlib/Table.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 using namespace tavelo;
@@ -164,6 +167,41 @@ private Q_SLOTS:
         QVERIFY(program.click("Discover"));
         QTRY_VERIFY(program.item("PosterCard"));
         QTRY_VERIFY(SettingsStore().gridView());
+    }
+
+    // What is not cut before it is laid out stops the window for seconds.
+    void hostileTextsAreShownCut()
+    {
+        const QString letters(1'000'000, 'x');
+        const QString name = letters.left(60'000);
+        QJsonObject film{{"identifier", "film0"}, {"title", name}, {"description", letters}};
+        for (const char *key : {"year", "creator", "licenseurl", "subject"})
+            film[key] = name;
+        searchAnswer().body = R"({"response":{"docs":[)" + QJsonDocument(film).toJson() + "]}}";
+        Program::serveFiles("film0", {name + ".mp4"});
+        Program program;
+        QVERIFY(program.show());
+        HistoryEntry watched = Program::watched(1, 60, 600);
+        watched.title = name;
+        program.state().library()->record(watched);
+        program.state().settings()->setGridView(false);
+        const auto longest = [&] {
+            qsizetype length = 0;
+            for (const QQuickItem *item : program.visibleItems())
+                length = qMax(length, item->property("text").toString().size());
+            return length;
+        };
+        const QString cut = letters.left(499) + u'…';
+        for (const char *section : {"Home", "Library", "Discover"}) {
+            QVERIFY(program.click(section));
+            QTRY_VERIFY_WITH_TIMEOUT(program.text(cut), patience);
+            QVERIFY2(longest() <= 1'100, qPrintable(QString::number(longest())));
+        }
+        program.state().selectItem(program.state().discoverResults().first());
+        QTRY_VERIFY_WITH_TIMEOUT(program.item("FileRow") && program.control("Play"), patience);
+        QVERIFY2(longest() <= 21'000, qPrintable(QString::number(longest())));
+        QVERIFY(program.text(DisplayText::body(letters)));
+        QCOMPARE(program.state().selectedItem()->title, name);
     }
 
     void gridIsWalkedByKeys_data()

@@ -95,6 +95,21 @@ private Q_SLOTS:
         QTEST(cells(only), "texts");
     }
 
+    void longNamesAreShownCut()
+    {
+        const QString name(60'000, 'x');
+        const QString shown = QString(499, 'x') + u'…';
+        TorrentResultModel results;
+        results.setRows(TorrentRows::of({result(name)}));
+        QCOMPARE(titles(results), shown);
+        QCOMPARE(results.resultAt(0).value<TorrentResult>().title, name);
+        TorrentInspectorModel inspector;
+        inspector.setInfo(QVariant::fromValue(TorrentInfo{name, "ab", {{name, 1}}, {}, {}, {}}));
+        QCOMPARE(inspector.name(), shown);
+        QCOMPARE(inspector.index(0).data(TorrentInspectorModel::PathRole), shown);
+        QCOMPARE(ProviderChip::of({{}, "P", ProviderStatus::Failed{name}}).text, "P: " + shown);
+    }
+
     void filters_data()
     {
         const auto row = columns<TorrentResult, QString, QString, int, QString, bool>(

@@ -29,8 +29,8 @@ Column {
     Label {
         color: Theme.secondary
         font.pixelSize: Theme.caption
-        text: text.item.subjects.slice(0, 6).join(" • ")
-        visible: text.item.subjects.length > 0
+        text: text.item.subjects
+        visible: text.item.subjects !== ""
         width: parent.width
         wrapMode: Text.Wrap
     }

@@ -66,7 +66,7 @@ T.AbstractButton {
                 color: Theme.tertiary
                 font.pixelSize: Theme.caption
                 maximumLineCount: 2
-                text: row.record.summary
+                text: row.record.extract
                 visible: text !== ""
                 width: parent.width
                 wrapMode: Text.Wrap
