@@ -166,7 +166,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(player().error(), 2 * patience);
         const double stood = time();
         QVERIFY2(stood > stopsAt - 5 && stood < stopsAt + 8, qPrintable(QString::number(stood)));
-        QVERIFY2(qAbs(kept() - stood) <= 5, qPrintable(QString::number(kept())));
+        QVERIFY2(qAbs(kept() - stood) <= 0.5, qPrintable(QString::number(kept())));
         QVERIFY(m_state->playback()->nowPlaying());
 
         player().retry(); // too early
