@@ -23,6 +23,7 @@ class TorrentInspectorModel : public QAbstractListModel
     Q_PROPERTY(QString trackersText READ trackersText NOTIFY infoChanged)
     Q_PROPERTY(QString magnet READ magnet NOTIFY infoChanged)
     Q_PROPERTY(QUrl fileURL READ fileURL NOTIFY infoChanged)
+    Q_PROPERTY(bool hasFile READ hasFile NOTIFY infoChanged)
     Q_PROPERTY(int count READ count NOTIFY infoChanged)
 
 public:
@@ -39,6 +40,7 @@ public:
     QString trackersText() const;
     QString magnet() const { return m_info.magnet; }
     QUrl fileURL() const { return m_info.fileURL.value_or(QUrl()); } // empty: not from a file
+    bool hasFile() const { return m_info.fileURL.has_value(); }
     int count() const { return static_cast<int>(m_info.files.size()); }
 
     /// The symbol for a file, by what its path ends in.

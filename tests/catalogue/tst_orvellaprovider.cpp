@@ -124,7 +124,7 @@ private Q_SLOTS:
         const auto item = details("a b%23");
         QVERIFY(item);
         QCOMPARE(item->item.id, "a b%23");
-        QCOMPARE(item->files.first().url, m_server.url("/download/a%20b%2523/reel%200.mp4"));
+        QCOMPARE(item->files.first().url(), m_server.url("/download/a%20b%2523/reel%200.mp4"));
     }
 
     void largeAnswersComeWhole()

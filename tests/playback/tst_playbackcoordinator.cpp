@@ -154,13 +154,13 @@ private Q_SLOTS:
         item.title = "A Film";
         PlaybackCoordinator playback(*m_library, noEngine);
         const QDateTime before = QDateTime::currentDateTimeUtc();
-        playback.play({"dir/a film.mp4", {}, {}, QUrl("http://127.0.0.1:1/a%20film.mp4")}, item,
-                      {{"a.srt", {}, {}, QUrl("http://127.0.0.1:1/a.srt")}});
+        playback.play({"dir/a film.mp4", {}, {}, "http://127.0.0.1:1/"}, item,
+                      {{"a.srt", {}, {}, "http://127.0.0.1:1/"}});
         const HistoryEntry entry = m_library->history().at(0);
         QCOMPARE(entry.key, "abc|dir/a film.mp4");
         QCOMPARE(entry.itemID, "abc");
         QCOMPARE(entry.title, "A Film");
-        QCOMPARE(entry.source, "http://127.0.0.1:1/a%20film.mp4");
+        QCOMPARE(entry.source, "http://127.0.0.1:1/dir/a%20film.mp4");
         QVERIFY(!entry.isLocal);
         QCOMPARE(entry.thumbnail, item.thumbnailURL().toString());
         QVERIFY(entry.lastPlayed >= before.addMSecs(-1));

@@ -11,7 +11,6 @@ Row {
     required property TorrentInspectorModel torrent
 
     readonly property bool linked: torrent.magnet !== ""
-    readonly property bool filed: torrent.fileURL.toString() !== ""
 
     spacing: Theme.grid
 
@@ -30,13 +29,13 @@ Row {
     }
     PushButton {
         text: qsTr("Open .torrent in App")
-        visible: row.filed
+        visible: row.torrent.hasFile
 
         onClicked: row.app.openTorrentFile(row.torrent.fileURL, row.torrent.infoHash)
     }
     PushButton {
         text: qsTr("Reveal")
-        visible: row.filed
+        visible: row.torrent.hasFile
 
         onClicked: row.app.showTorrentFile(row.torrent.fileURL, row.torrent.infoHash)
     }
