@@ -177,9 +177,9 @@ private Q_SLOTS:
         QJsonObject film{{"identifier", "film0"}, {"title", name}, {"description", letters}};
         for (const char *key : {"year", "creator", "licenseurl", "subject"})
             film[key] = name;
+        Program program;
         searchAnswer().body = R"({"response":{"docs":[)" + QJsonDocument(film).toJson() + "]}}";
         Program::serveFiles("film0", {name + ".mp4"});
-        Program program;
         QVERIFY(program.show());
         HistoryEntry watched = Program::watched(1, 60, 600);
         watched.title = name;

@@ -99,6 +99,7 @@ private Q_SLOTS:
         QFETCH(QString, handed);
         QFETCH(QString, notice);
         Program program;
+        QVERIFY(program.show());
         TorrentResult result;
         result.magnet = link;
         TorrentActions actions;
