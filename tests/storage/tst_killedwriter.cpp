@@ -62,6 +62,8 @@ private Q_SLOTS:
             LibraryStore store;
             SettingsStore settings;
             fill(store, settings);
+            store.file().flush();
+            store.record(entry(199)); // so that the state before is a full one, too
         }
         const auto providers = SettingsStore().providers();
         QRandomGenerator random(20260117);
