@@ -7,7 +7,7 @@ build_packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-declarative-dev-tools
   qt6-declarative-private-dev qt6-svg-dev libgl-dev
-  qcoro-qt6-dev libglib2.0-dev libmpv-dev libssl-dev
+  qcoro-qt6-dev libglib2.0-dev libmpv-dev libssl-dev libcurl4-openssl-dev
 )
 start_packages=(
   qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-layouts

@@ -1,0 +1,274 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "platform/http/CurlFetch.h"
+
+#include "platform/WebAddress.h"
+#include "platform/http/CurlError.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <utility>
+
+namespace tavelo {
+
+namespace {
+
+constexpr long keptConnections = 16; // libcurl's own number grows with the handles
+constexpr size_t keptHandles = 8;
+constexpr curl_off_t speedBesideFilm = 64 * 1024; // bytes a second of a download
+constexpr int longestWaitMs = 60'000;
+
+/// Of a connection that is opened for whoever comes next.
+class NobodyReceives : public FetchReceiver
+{
+    bool headArrived(const FetchHead &) override { return true; }
+    Take bytesArrived(const char *, qint64) override { return Take::Stop; }
+    void ended(const FetchEnd &) override {}
+};
+
+void initializeOnce()
+{
+    // Before any thread of ours uses it, and for good: others in the process may use it, too.
+    static const CURLcode done = curl_global_init(CURL_GLOBAL_ALL);
+    if (done != CURLE_OK)
+        qFatal("libcurl cannot be used: %s", curl_easy_strerror(done));
+}
+
+} // namespace
+
+CurlFetch::CurlFetch(QByteArray certificates)
+{
+    initializeOnce();
+    m_share.reset(curl_share_init());
+    m_multi.reset(curl_multi_init());
+    // One thread uses it, so it needs no locks. Handles keep few sessions of TLS each by
+    // themselves.
+    curl_share_setopt(m_share.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
+    curl_share_setopt(m_share.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_DNS);
+    curl_multi_setopt(m_multi.get(), CURLMOPT_MAXCONNECTS, keptConnections);
+    m_calls = std::make_shared<CallQueue>(m_multi.get());
+    m_settings = {m_share.get(), std::move(certificates)};
+    m_thread = std::thread([this] { run(); });
+}
+
+CurlFetch::~CurlFetch()
+{
+    m_stopping = true;
+    m_calls->wake();
+    m_thread.join();
+}
+
+FetchId CurlFetch::start(FetchRequest request, std::shared_ptr<FetchReceiver> receiver)
+{
+    const FetchId id{++m_lastId};
+    // A shared pointer, for a call that waits in the queue is copied.
+    const auto exchange = std::make_shared<Exchange>(
+        std::make_unique<CurlExchange>(id, std::move(request), std::move(receiver)));
+    m_calls->post([this, exchange] { add(std::move(*exchange)); });
+    return id;
+}
+
+void CurlFetch::cancel(FetchId id)
+{
+    m_calls->post([this, id] { end(id, CURLE_ABORTED_BY_CALLBACK, CurlError::cancelled()); });
+}
+
+void CurlFetch::resume(FetchId id)
+{
+    m_calls->post([this, id] {
+        if (const auto found = m_exchanges.find(id);
+            found != m_exchanges.end() && found->second->isRunning())
+            found->second->resume();
+    });
+}
+
+void CurlFetch::connectAhead(const QUrl &url)
+{
+    if (isWebAddress(url))
+        m_calls->post([this, url] { openAhead(url); });
+}
+
+void CurlFetch::favourFilm(bool shortOfBytes)
+{
+    m_calls->post([this, shortOfBytes] {
+        m_filmIsShort = shortOfBytes;
+        for (const auto &[id, exchange] : m_exchanges) {
+            if (exchange->isRunning() && exchange->request().urgency == FetchUrgency::Download)
+                exchange->limitSpeed(shortOfBytes ? speedBesideFilm : 0);
+        }
+    });
+}
+
+void CurlFetch::run()
+{
+    while (!m_stopping) {
+        runCalls();
+        startWaiting();
+        int running = 0;
+        curl_multi_perform(m_multi.get(), &running);
+        takeEnded();
+        endSilent();
+        curl_multi_poll(m_multi.get(), nullptr, 0, untilNextDeadline(), nullptr);
+    }
+    m_calls->close();
+    runCalls(); // what was asked for last is told that it is over, too
+    while (!m_exchanges.empty())
+        end(m_exchanges.begin()->first, CURLE_ABORTED_BY_CALLBACK, CurlError::cancelled());
+}
+
+void CurlFetch::runCalls()
+{
+    for (const auto &call : m_calls->take())
+        call();
+}
+
+void CurlFetch::add(Exchange exchange)
+{
+    if (!isWebAddress(exchange->request().url))
+        return exchange->tellEnd(
+            {Error{ErrorKind::BadUrl, QCoreApplication::translate("Fetch", "Invalid URL")}});
+    const FetchId id = exchange->id();
+    const FetchUrgency urgency = exchange->request().urgency;
+    m_exchanges.emplace(id, std::move(exchange));
+    const auto lessUrgent = std::ranges::find_if(m_waiting, [&](FetchId other) {
+        return m_exchanges.at(other)->request().urgency > urgency;
+    });
+    m_waiting.insert(lessUrgent, id);
+}
+
+void CurlFetch::startWaiting()
+{
+    std::vector<FetchId> stillWaiting;
+    for (const FetchId id : m_waiting) {
+        CurlExchange &exchange = *m_exchanges.at(id);
+        if (mayStart(exchange))
+            begin(exchange);
+        else
+            stillWaiting.push_back(id);
+    }
+    m_waiting = std::move(stillWaiting);
+}
+
+bool CurlFetch::mayStart(const CurlExchange &exchange)
+{
+    const QUrl &url = exchange.request().url;
+    const auto now = Clock::now();
+    if (!m_budget.mayStart(exchange.host(), exchange.request().urgency, now))
+        return false;
+    if (m_proxies.proxyFor(url, now))
+        return true;
+    if (!m_asking.contains(url.host())) {
+        m_asking.insert(url.host());
+        m_proxies.ask(url, [this, calls = m_calls, host = url.host()](auto store) {
+            calls->post([this, host, store] {
+                store();
+                m_asking.remove(host);
+            });
+        });
+    }
+    return false;
+}
+
+void CurlFetch::begin(CurlExchange &exchange)
+{
+    const QString proxy = *m_proxies.proxyFor(exchange.request().url, Clock::now());
+    exchange.start(idleHandle(), m_settings, proxy);
+    if (m_filmIsShort && exchange.request().urgency == FetchUrgency::Download)
+        exchange.limitSpeed(speedBesideFilm);
+    m_budget.started(exchange.host(), exchange.request().urgency);
+    curl_multi_add_handle(m_multi.get(), exchange.handle());
+}
+
+/// A request that asks for little: libcurl keeps no connection that was never used for one.
+void CurlFetch::openAhead(const QUrl &url)
+{
+    const QUrl little = url.resolved(QUrl(QStringLiteral("/robots.txt")));
+    add(std::make_unique<CurlExchange>(
+        FetchId{++m_lastId},
+        FetchRequest{.url = little, .headOnly = true, .urgency = FetchUrgency::Probe},
+        std::make_shared<NobodyReceives>()));
+}
+
+void CurlFetch::takeEnded()
+{
+    int left = 0;
+    while (const CURLMsg *message = curl_multi_info_read(m_multi.get(), &left)) {
+        if (message->msg != CURLMSG_DONE)
+            continue;
+        CurlExchange *exchange = nullptr;
+        curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &exchange);
+        end(exchange->id(), message->data.result, {});
+    }
+}
+
+void CurlFetch::endSilent()
+{
+    const auto now = Clock::now();
+    std::vector<FetchId> silent;
+    for (const auto &[id, exchange] : m_exchanges) {
+        if (exchange->isRunning() && !exchange->isPutOff() && exchange->silentAt() <= now)
+            silent.push_back(id);
+    }
+    for (const FetchId id : silent)
+        end(id, CURLE_OPERATION_TIMEDOUT, CurlError::silent());
+}
+
+/// `error`: ours, where it is not libcurl that ends it.
+void CurlFetch::end(FetchId id, CURLcode code, std::optional<Error> error)
+{
+    auto node = m_exchanges.extract(id);
+    if (!node)
+        return;
+    CurlExchange &exchange = *node.mapped();
+    FetchEnd end{std::move(error)};
+    if (exchange.isRunning()) {
+        if (!end.error)
+            end = exchange.endOf(code);
+        if (exchange.isRefused(code))
+            end.pause = m_budget.refused(exchange.host(), exchange.retryAfter(), Clock::now());
+        else if (!end.error)
+            m_budget.answered(exchange.host());
+        exchange.log(end);
+        release(exchange);
+    } else {
+        std::erase(m_waiting, id);
+    }
+    exchange.tellEnd(end);
+}
+
+void CurlFetch::release(CurlExchange &exchange)
+{
+    m_budget.ended(exchange.host(), exchange.request().urgency);
+    curl_multi_remove_handle(m_multi.get(), exchange.handle());
+    CurlEasy easy = exchange.takeHandle();
+    if (m_idle.size() < keptHandles)
+        m_idle.push_back(std::move(easy));
+}
+
+/// In milliseconds; libcurl itself shortens it to what its own clocks need.
+int CurlFetch::untilNextDeadline() const
+{
+    const auto now = Clock::now();
+    auto next = now + std::chrono::milliseconds(longestWaitMs);
+    for (const auto &[id, exchange] : m_exchanges) {
+        if (exchange->isRunning() && !exchange->isPutOff())
+            next = std::min(next, exchange->silentAt());
+    }
+    if (const auto pause = m_budget.nextEndOfPause(now); pause && !m_waiting.empty())
+        next = std::min(next, *pause);
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(next - now).count();
+    return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left, 0));
+}
+
+CurlEasy CurlFetch::idleHandle()
+{
+    if (m_idle.empty())
+        return CurlEasy(curl_easy_init());
+    CurlEasy easy = std::move(m_idle.back());
+    m_idle.pop_back();
+    curl_easy_reset(easy.get());
+    return easy;
+}
+
+} // namespace tavelo
