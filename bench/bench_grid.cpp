@@ -3,9 +3,9 @@
 #include "PosterSource.h"
 #include "ResidentMemory.h"
 #include "app/AppState.h"
-#include "platform/ServiceHosts.h"
-#include "platform/StandardFolders.h"
 #include "platform/Workspace.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/http/ServiceHosts.h"
 #include "ui/UiModule.h"
 
 #include <QBuffer>

@@ -4,7 +4,7 @@
 #include "ResidentMemory.h"
 #include "WindowProbe.h"
 #include "main/Application.h"
-#include "platform/ServiceHosts.h"
+#include "platform/http/ServiceHosts.h"
 
 #include <QProcess>
 #include <QQuickWindow>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "DemoApplication.h"
-#include "platform/MediaEngine.h"
+#include "platform/media/MediaEngine.h"
 #include "ui/PlayerSurface.h"
 
 #include <QElapsedTimer>

@@ -4,7 +4,7 @@
 #include "LoopbackSource.h"
 #include "ManyResults.h"
 #include "StallWatch.h"
-#include "platform/ServiceHosts.h"
+#include "platform/http/ServiceHosts.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "Seconds.h"
-#include "platform/FolderWalk.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/FolderWalk.h"
+#include "platform/files/StandardFolders.h"
 #include "storage/CacheManager.h"
 #include "storage/CacheTag.h"
 #include "storage/LibraryStore.h"

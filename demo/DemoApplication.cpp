@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "DemoApplication.h"
 
-#include "platform/ServiceHosts.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/http/ServiceHosts.h"
 
 namespace tavelo {
 

@@ -4,8 +4,8 @@
 
 #include "app/TorrentFile.h"
 #include "catalogue/FetchData.h"
-#include "platform/HttpClient.h"
 #include "platform/ThreadPool.h"
+#include "platform/http/HttpClient.h"
 #include "storage/DownloadName.h"
 #include "torrent/Magnet.h"
 #include "torrent/TorrentMetadata.h"

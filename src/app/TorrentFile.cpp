@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/TorrentFile.h"
 
-#include "platform/FileContent.h"
-#include "platform/HttpClient.h"
+#include "platform/files/FileContent.h"
+#include "platform/http/HttpClient.h"
 #include "storage/DownloadName.h"
 #include "torrent/TorrentMetadata.h"
 

@@ -3,7 +3,7 @@
 #include "catalogue/ArchiveParser.h"
 
 #include "catalogue/Text.h"
-#include "platform/ServiceHosts.h"
+#include "platform/http/ServiceHosts.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

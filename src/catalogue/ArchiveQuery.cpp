@@ -4,7 +4,7 @@
 
 #include "catalogue/NetError.h"
 #include "catalogue/Text.h"
-#include "platform/ServiceHosts.h"
+#include "platform/http/ServiceHosts.h"
 
 namespace tavelo::ArchiveQuery {
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/HttpClient.h"
+#include "platform/http/HttpClient.h"
 
 namespace tavelo {
 

@@ -4,7 +4,7 @@
 
 #include "catalogue/Text.h"
 #include "platform/DisplayText.h"
-#include "platform/ServiceHosts.h"
+#include "platform/http/ServiceHosts.h"
 
 #include <QJsonArray>
 

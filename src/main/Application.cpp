@@ -4,9 +4,9 @@
 
 #include "main/Intake.h"
 #include "main/X11Focus.h"
-#include "platform/MediaEngine.h"
-#include "platform/StandardFolders.h"
 #include "platform/desktop/GioWorkspace.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/media/MediaEngine.h"
 #include "ui/UiModule.h"
 
 #include <QDir>

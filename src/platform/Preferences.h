@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/KeptFile.h"
 #include "platform/PreferenceValues.h"
+#include "platform/files/KeptFile.h"
 
 #include <QJsonObject>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/BodyVersion.h"
+#include "platform/http/BodyVersion.h"
 
 #include <QByteArray>
 #include <QString>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Transfer.h"
 
-#include "platform/ContentRange.h"
-#include "platform/UserAgent.h"
+#include "platform/http/ContentRange.h"
+#include "platform/http/UserAgent.h"
 
 namespace tavelo {
 

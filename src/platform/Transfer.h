@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/BodyVersion.h"
-#include "platform/HttpDownload.h"
-#include "platform/PartFile.h"
 #include "platform/TransferDelegate.h"
+#include "platform/files/PartFile.h"
+#include "platform/http/BodyVersion.h"
+#include "platform/http/HttpDownload.h"
 
 #include <QObject>
 #include <QTimer>

@@ -3,8 +3,8 @@
 #include "playback/SubtitleManager.h"
 
 #include "catalogue/FetchData.h"
-#include "platform/FileContent.h"
 #include "platform/ThreadPool.h"
+#include "platform/files/FileContent.h"
 #include "playback/SubtitleParser.h"
 
 #include <QCoroFuture>

@@ -3,7 +3,7 @@
 #include "search/TorznabItem.h"
 
 #include "catalogue/Text.h"
-#include "platform/WebAddress.h"
+#include "platform/http/WebAddress.h"
 
 #include <algorithm>
 #include <limits>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "storage/CacheFolder.h"
 
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
 #include "storage/CacheTag.h"
 #include "storage/SettingsStore.h"
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/FolderWalk.h"
 #include "platform/Result.h"
+#include "platform/files/FolderWalk.h"
 
 #include <QCoreApplication>
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "storage/CacheManager.h"
 
-#include "platform/HttpClient.h"
 #include "platform/ThreadPool.h"
+#include "platform/http/HttpClient.h"
 #include "storage/CacheCleaning.h"
 
 #include <QCoroFuture>

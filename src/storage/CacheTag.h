@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/OpenFolder.h"
+#include "platform/files/OpenFolder.h"
 
 namespace tavelo::CacheTag {
 

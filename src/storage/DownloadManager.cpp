@@ -3,8 +3,8 @@
 #include "storage/DownloadManager.h"
 
 #include "catalogue/Fmt.h"
-#include "platform/FolderWalk.h"
 #include "platform/ThreadPool.h"
+#include "platform/files/FolderWalk.h"
 #include "storage/DownloadName.h"
 
 #include <QCoroFuture>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/KeptFile.h"
+#include "platform/files/KeptFile.h"
 #include "storage/HistoryEntry.h"
 
 #include <QObject>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "storage/SettingsStore.h"
 
-#include "platform/ServiceHosts.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/http/ServiceHosts.h"
 
 #include <QDir>
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "torrent/Magnet.h"
 
-#include "platform/ServiceHosts.h"
 #include "platform/Utf8.h"
+#include "platform/http/ServiceHosts.h"
 #include "torrent/TorrentMetadata.h"
 
 #include <QUrl>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/PlayerSurface.h"
 
-#include "platform/VideoRenderer.h"
+#include "platform/media/VideoRenderer.h"
 
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>

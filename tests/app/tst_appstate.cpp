@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppState.h"
 #include "app/Suggestions.h"
-#include "platform/FileContent.h"
-#include "platform/ServiceHosts.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/FileContent.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/http/ServiceHosts.h"
 #include "testlib/FakeWorkspace.h"
 #include "testlib/FaultServer.h"
 #include "testlib/Table.h"

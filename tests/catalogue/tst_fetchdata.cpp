@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "catalogue/FetchData.h"
-#include "platform/HttpClient.h"
+#include "platform/http/HttpClient.h"
 #include "testlib/Awaited.h"
 #include "testlib/FaultServer.h"
 #include "testlib/Table.h"

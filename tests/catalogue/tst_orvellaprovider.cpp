@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/OrvellaProvider.h"
 
-#include "platform/ServiceHosts.h"
+#include "platform/http/ServiceHosts.h"
 #include "testlib/Awaited.h"
 #include "testlib/FaultServer.h"
 #include "testlib/Table.h"

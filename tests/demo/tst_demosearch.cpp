@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "DemoServer.h"
 #include "catalogue/FetchData.h"
-#include "platform/ServiceHosts.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/http/ServiceHosts.h"
 #include "search/ProviderRegistry.h"
 #include "search/SearchAggregator.h"
 #include "testlib/Awaited.h"

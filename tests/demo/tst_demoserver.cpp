@@ -3,8 +3,8 @@
 #include "DemoServer.h"
 #include "catalogue/FetchData.h"
 #include "catalogue/OrvellaProvider.h"
-#include "platform/HttpClient.h"
-#include "platform/ServiceHosts.h"
+#include "platform/http/HttpClient.h"
+#include "platform/http/ServiceHosts.h"
 #include "testlib/Awaited.h"
 #include "testlib/Table.h"
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "main/Application.h"
-#include "platform/ServiceHosts.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/http/ServiceHosts.h"
 
 #include <QQuickWindow>
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "main/DesktopManners.h"
-#include "platform/MediaEngine.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/media/MediaEngine.h"
 #include "testlib/FakeWorkspace.h"
 #include "testlib/FaultServer.h"
 #include "testlib/PrivateBus.h"

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/mpv/AudioTrackNames.h"
+#include "platform/media/mpv/AudioTrackNames.h"
 #include "testlib/Table.h"
 
 #include <QTest>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/HttpBody.h"
+#include "platform/http/HttpBody.h"
 #include "testlib/Table.h"
 
 #include <QTest>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/MediaEngine.h"
+#include "platform/media/MediaEngine.h"
 #include "testlib/PlayerProbe.h"
 #include "testlib/Table.h"
 

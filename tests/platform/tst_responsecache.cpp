@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/HttpClient.h"
+#include "platform/http/HttpClient.h"
 #include "testlib/Awaited.h"
 #include "testlib/FaultServer.h"
 #include "testlib/Table.h"

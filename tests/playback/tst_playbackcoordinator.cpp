@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/MediaEngine.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/media/MediaEngine.h"
 #include "playback/PlaybackCoordinator.h"
 #include "testlib/FaultServer.h"
 #include "testlib/Table.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/ServiceHosts.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/http/ServiceHosts.h"
 #include "search/ProviderRegistry.h"
 #include "search/SearchAggregator.h"
 #include "testlib/FaultServer.h"

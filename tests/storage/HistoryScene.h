@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
 #include "storage/LibraryStore.h"
 
 #include <QFile>

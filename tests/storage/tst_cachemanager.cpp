@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "catalogue/FetchData.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
 #include "storage/CacheCleaning.h"
 #include "storage/CacheManager.h"
 #include "storage/CacheTag.h"

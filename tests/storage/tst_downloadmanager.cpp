@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/FolderWalk.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/FolderWalk.h"
+#include "platform/files/StandardFolders.h"
 #include "storage/DownloadManager.h"
 #include "storage/DownloadName.h"
 #include "testlib/FaultServer.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/FileContent.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/FileContent.h"
+#include "platform/files/StandardFolders.h"
 #include "storage/LibraryStore.h"
 #include "storage/SettingsStore.h"
 

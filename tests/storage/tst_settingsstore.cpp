@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
 #include "storage/SettingsStore.h"
 #include "testlib/Table.h"
 

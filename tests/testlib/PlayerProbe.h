@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/MediaPlayer.h"
+#include "platform/media/MediaPlayer.h"
 
 #include <QElapsedTimer>
 #include <QTest>

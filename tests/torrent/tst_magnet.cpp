@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/ServiceHosts.h"
+#include "platform/http/ServiceHosts.h"
 #include "testlib/Table.h"
 #include "torrent/Magnet.h"
 #include "torrent/TorrentMetadata.h"

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "Program.h"
 
-#include "platform/MediaEngine.h"
-#include "platform/ServiceHosts.h"
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
+#include "platform/http/ServiceHosts.h"
+#include "platform/media/MediaEngine.h"
 #include "testlib/FakeWorkspace.h"
 #include "testlib/Table.h"
 #include "ui/UiModule.h"

@@ -3,7 +3,7 @@
 #include "Program.h"
 #include "WindowTest.h"
 
-#include "platform/StandardFolders.h"
+#include "platform/files/StandardFolders.h"
 #include "ui/StorageText.h"
 
 #include <QAccessible>

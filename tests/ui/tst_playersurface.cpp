@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "WindowTest.h"
-#include "platform/MediaEngine.h"
+#include "platform/media/MediaEngine.h"
 #include "playback/VideoPlayerManager.h"
 #include "testlib/Table.h"
 #include "ui/PlayerSurface.h"

@@ -3,7 +3,7 @@
 #include "platform/desktop/GioWorkspace.h"
 
 #include "platform/ThreadPool.h"
-#include "platform/WebAddress.h"
+#include "platform/http/WebAddress.h"
 
 #include <QCoroFuture>
 #include <QFile>

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/http/CurlExchange.h"
 
-#include "platform/UserAgent.h"
 #include "platform/http/CurlError.h"
 #include "platform/http/HttpLog.h"
+#include "platform/http/UserAgent.h"
 
 #include <cerrno>
 #include <utility>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/http/CurlFetch.h"
 
-#include "platform/WebAddress.h"
 #include "platform/http/CurlError.h"
+#include "platform/http/WebAddress.h"
 
 #include <QCoreApplication>
 

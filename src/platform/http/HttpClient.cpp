@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "platform/http/HttpClient.h"
+
+#include "platform/http/HttpExchange.h"
+#include "platform/http/NetworkThread.h"
+#include "platform/http/ResponseCache.h"
+#include "platform/http/UserAgent.h"
+#include "platform/http/WebAddress.h"
+
+#include <QCoreApplication>
+#include <QCoroFuture>
+#include <QPointer>
+#include <QPromise>
+
+namespace tavelo {
+
+HttpClient &HttpClient::shared()
+{
+    static QPointer<HttpClient> client;
+    if (!client)
+        client = new HttpClient(QCoreApplication::instance());
+    return *client;
+}
+
+HttpClient::HttpClient(QObject *parent)
+    : QObject(parent)
+    , m_network(new QNetworkAccessManager)
+{
+    m_network->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy); // HttpExchange follows
+    m_network->moveToThread(&NetworkThread::shared());
+}
+
+HttpClient::~HttpClient()
+{
+    m_network->deleteLater();
+}
+
+QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::milliseconds timeout,
+                                                  std::stop_token stop, qint64 maxBytes)
+{
+    // The network library reads files, too, and a pipe would hold up its thread for good.
+    if (!isWebAddress(url))
+        co_return Error{ErrorKind::BadUrl, tr("This is not a web address."), 0};
+    QNetworkRequest request(url);
+    request.setRawHeader("User-Agent", userAgent());
+    const auto promise = std::make_shared<QPromise<Result<HttpResponse>>>();
+    promise->start();
+    QMetaObject::invokeMethod(m_network, [=, network = m_network] {
+        auto *exchange = new HttpExchange(network, request, timeout, stop, maxBytes);
+        QObject::connect(exchange, &HttpExchange::finished, exchange, [exchange, promise] {
+            promise->addResult(exchange->takeResult());
+            promise->finish();
+            exchange->deleteLater();
+        });
+    });
+    const auto response = promise->future();
+    co_return co_await response;
+}
+
+void HttpClient::setCacheFolder(const QString &folder)
+{
+    if (!m_cache) {
+        m_cache = new ResponseCache;
+        m_cache->moveToThread(m_network->thread());
+        QMetaObject::invokeMethod(m_network, [network = m_network, cache = m_cache] {
+            network->setCache(cache); // owns it
+        });
+    }
+    QMetaObject::invokeMethod(m_cache, [cache = m_cache, folder] { cache->setFolder(folder); });
+}
+
+QFuture<void> HttpClient::clearCache()
+{
+    const auto promise = std::make_shared<QPromise<void>>();
+    promise->start();
+    QMetaObject::invokeMethod(m_network, [cache = m_cache, promise] {
+        if (cache)
+            cache->clear();
+        promise->finish();
+    });
+    return promise->future();
+}
+
+} // namespace tavelo

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+namespace tavelo {
+
+/// A film's bytes as its demuxer reads them. The known end of the film is the only end of the
+/// stream: a broken connection is taken up again for as long as nobody gives up.
+class FilmStream
+{
+public:
+    virtual ~FilmStream() = default;
+
+    // The reader's side: these three block, one thread at a time.
+    virtual qint64 read(char *to, qint64 most) = 0; // 0 at the film's end, -1 failed or ended
+    virtual std::optional<qint64> seek(qint64 offset) = 0; // absent: the stream is over
+    virtual std::optional<qint64> size() = 0;              // in bytes; absent: unknown
+
+    // The player's side, any thread.
+    virtual void cancel() = 0; // ends every wait for good
+    /// Text of what ended the stream for good; empty while it goes on.
+    virtual QString error() const = 0;
+    /// Why no byte comes at the moment, for the viewer; empty when nothing is known to be wrong.
+    virtual QString trouble() const = 0;
+    /// How long the reader has now been waiting without a single byte; 0 when it is not.
+    virtual std::chrono::milliseconds starvedFor() const = 0;
+};
+
+/// Where an engine gets the films that are not files.
+class FilmSource
+{
+public:
+    virtual ~FilmSource() = default;
+
+    /// An http or https address. Returns at once; main thread.
+    virtual std::shared_ptr<FilmStream> open(const QUrl &url) = 0;
+};
+
+} // namespace tavelo
