@@ -3,6 +3,7 @@
 #include "platform/http/BodyVersion.h"
 
 #include "platform/http/ContentRange.h"
+#include "platform/http/Fetch.h"
 #include "platform/http/HttpHead.h"
 
 #include <QDateTime>
@@ -31,17 +32,44 @@ bool isStrongDate(const QByteArray &modified, const QByteArray &answered)
     return from.isValid() && to.isValid() && from.secsTo(to) >= 1;
 }
 
+QByteArray validatorOf(const QByteArray &tag, const QByteArray &modified, const QByteArray &date)
+{
+    if (isStrongTag(tag))
+        return tag;
+    return isStrongDate(modified, date) ? modified : QByteArray();
+}
+
+bool isOneHost(const QUrl &one, const QUrl &other)
+{
+    return one.scheme() == other.scheme() && one.authority() == other.authority();
+}
+
 } // namespace
+
+BodyVersion BodyVersion::of(const FetchHead &head)
+{
+    const auto range = ContentRange::parse(head.contentRange);
+    const qint64 told = range ? range->total : -1;
+    return {head.url, head.status == 206 ? told : head.length,
+            validatorOf(head.entityTag, head.lastModified, head.date)};
+}
+
+SameFile BodyVersion::compare(const BodyVersion &other) const
+{
+    if (total >= 0 && other.total >= 0 && total != other.total)
+        return SameFile::No;
+    const bool isTag = isStrongTag(validator);
+    const bool isComparable = isTag ? isOneHost(source, other.source) : source == other.source;
+    if (validator.isEmpty() || other.validator.isEmpty() || isStrongTag(other.validator) != isTag ||
+        !isComparable)
+        return SameFile::Perhaps;
+    return validator == other.validator ? SameFile::Yes : SameFile::No;
+}
 
 BodyVersion BodyVersion::of(const HttpHead &head, const QUrl &source, qint64 length)
 {
-    BodyVersion version{source, length};
-    const QByteArray modified = head.field("last-modified");
-    if (const QByteArray tag = head.field("etag"); isStrongTag(tag))
-        version.validator = tag;
-    else if (isStrongDate(modified, head.field("date")))
-        version.validator = modified;
-    return version;
+    return {source, length,
+            validatorOf(head.field("etag"), head.field("last-modified"), head.field("date"))};
 }
 
 bool BodyVersion::isContinuedBy(const HttpHead &head, const QUrl &answering, qint64 from) const
