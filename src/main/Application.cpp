@@ -15,6 +15,7 @@
 #include <QStandardPaths>
 
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 
 namespace tavelo {
@@ -49,6 +50,8 @@ Application::Application(int &argc, char **argv)
 {
     // The toolkit has just taken over the user's locale; the media engine needs the decimal point.
     std::setlocale(LC_NUMERIC, "C");
+    // A connection or a terminal that has gone is an error of the one who writes to it.
+    std::signal(SIGPIPE, SIG_IGN);
     const QIcon own(QStringLiteral(":/tavelo.svg"));
     QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("tavelo"), own));
 }

@@ -15,7 +15,7 @@ namespace tavelo {
 struct CurlSettings
 {
     CURLSH *share = nullptr;
-    QByteArray certificates = {}; // authorities in PEM; empty: the system's
+    QByteArray certificates = {}; // authorities in PEM besides the system's
 };
 
 /// One request on its way through libcurl, on the fetch's thread.

@@ -3,9 +3,11 @@
 #include "platform/http/CurlFetch.h"
 
 #include "platform/http/CurlError.h"
+#include "platform/http/ServiceHosts.h"
 #include "platform/http/WebAddress.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 
 #include <algorithm>
 #include <utility>
@@ -27,6 +29,13 @@ class NobodyReceives : public FetchReceiver
     void ended(const FetchEnd &) override {}
 };
 
+/// Takes a fetch down with the application object.
+struct FetchOwner : QObject
+{
+    using QObject::QObject;
+    CurlFetch fetch{ServiceHosts::current().certificates};
+};
+
 void initializeOnce()
 {
     // Before any thread of ours uses it, and for good: others in the process may use it, too.
@@ -36,6 +45,14 @@ void initializeOnce()
 }
 
 } // namespace
+
+Fetch &Fetch::shared()
+{
+    static QPointer<FetchOwner> owner;
+    if (!owner)
+        owner = new FetchOwner(QCoreApplication::instance());
+    return owner->fetch;
+}
 
 CurlFetch::CurlFetch(QByteArray certificates)
 {

@@ -22,7 +22,7 @@ namespace tavelo {
 class CurlFetch final : public Fetch
 {
 public:
-    /// `certificates`: authorities in PEM that are trusted; empty: the system's.
+    /// `certificates`: authorities in PEM that are trusted besides the system's.
     explicit CurlFetch(QByteArray certificates = {});
     /// Ends every request with ErrorKind::Cancelled. Not to be called from a receiver.
     ~CurlFetch() override;

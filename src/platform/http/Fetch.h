@@ -88,6 +88,10 @@ public:
 class Fetch
 {
 public:
+    /// The one of the process. Created on first use, on the main thread; ends with the application
+    /// object.
+    static Fetch &shared();
+
     virtual ~Fetch() = default;
 
     virtual FetchId start(FetchRequest request, std::shared_ptr<FetchReceiver> receiver) = 0;

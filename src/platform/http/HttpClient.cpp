@@ -5,6 +5,7 @@
 #include "platform/http/HttpExchange.h"
 #include "platform/http/NetworkThread.h"
 #include "platform/http/ResponseCache.h"
+#include "platform/http/ServiceHosts.h"
 #include "platform/http/UserAgent.h"
 #include "platform/http/WebAddress.h"
 
@@ -12,8 +13,21 @@
 #include <QCoroFuture>
 #include <QPointer>
 #include <QPromise>
+#include <QSslConfiguration>
 
 namespace tavelo {
+
+namespace {
+
+QSslConfiguration secureConfiguration()
+{
+    auto configuration = QSslConfiguration::defaultConfiguration();
+    if (const QByteArray &pem = ServiceHosts::current().certificates; !pem.isEmpty())
+        configuration.addCaCertificates(QSslCertificate::fromData(pem));
+    return configuration;
+}
+
+} // namespace
 
 HttpClient &HttpClient::shared()
 {
@@ -44,6 +58,8 @@ QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::millise
         co_return Error{ErrorKind::BadUrl, tr("This is not a web address."), 0};
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", userAgent());
+    if (url.scheme() == QLatin1String("https"))
+        request.setSslConfiguration(secureConfiguration());
     const auto promise = std::make_shared<QPromise<Result<HttpResponse>>>();
     promise->start();
     QMetaObject::invokeMethod(m_network, [=, network = m_network] {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QStringList>
 
 namespace tavelo {
@@ -17,6 +18,9 @@ struct ServiceHosts
     QStringList trackers{QStringLiteral("udp://tracker.opentrackr.org:1337/announce"),
                          QStringLiteral("udp://open.stealth.si:80/announce"),
                          QStringLiteral("udp://tracker.torrent.eu.org:451/announce")};
+    /// Authorities, in PEM, that are trusted besides the system's: of services that have no
+    /// certificate of the public ones.
+    QByteArray certificates = {};
 
     static const ServiceHosts &current();
     /// Puts other services in place of the public ones. Once, before anything else runs.
