@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/http/CurlExchange.h"
 
+#include "platform/Log.h"
 #include "platform/http/CurlError.h"
-#include "platform/http/HttpLog.h"
 #include "platform/http/UserAgent.h"
 
 #include <cerrno>

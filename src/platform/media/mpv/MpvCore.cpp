@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/media/mpv/MpvCore.h"
 
+#include "platform/media/mpv/MpvLog.h"
 #include "platform/media/mpv/StreamProtocol.h"
 
 #include <mpv/client.h>
@@ -81,6 +82,7 @@ std::shared_ptr<MpvCore> MpvCore::create(bool headless)
         for (const Option &option : headlessOptions)
             apply(option);
     }
+    MpvLog::request(handle);
     // A core that ignores one of these is not the closed one that strangers' files need.
     if (!accepted || mpv_initialize(handle) < 0)
         return nullptr;

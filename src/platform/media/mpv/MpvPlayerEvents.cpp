@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "platform/media/mpv/HttpStream.h"
+#include "platform/media/mpv/MpvLog.h"
 #include "platform/media/mpv/MpvPlayer.h"
 #include "platform/media/mpv/MpvRenderer.h"
 #include "platform/media/mpv/MpvReply.h"
@@ -74,6 +75,9 @@ void MpvPlayer::handle(const mpv_event &event)
     case MPV_EVENT_PROPERTY_CHANGE:
         propertyChanged(static_cast<Property>(event.reply_userdata),
                         *static_cast<mpv_event_property *>(event.data));
+        break;
+    case MPV_EVENT_LOG_MESSAGE:
+        MpvLog::write(*static_cast<mpv_event_log_message *>(event.data));
         break;
     default:
         break;
