@@ -6,7 +6,7 @@
 #include "catalogue/FetchData.h"
 #include "platform/ThreadPool.h"
 #include "platform/http/HttpClient.h"
-#include "storage/DownloadName.h"
+#include "transfers/DownloadName.h"
 #include "torrent/Magnet.h"
 #include "torrent/TorrentMetadata.h"
 

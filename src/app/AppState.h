@@ -11,7 +11,7 @@
 #include "search/ProviderRegistry.h"
 #include "search/SearchAggregator.h"
 #include "storage/CacheManager.h"
-#include "storage/DownloadManager.h"
+#include "transfers/DownloadManager.h"
 #include "torrent/TorrentInfo.h"
 
 #include <QCoroTask>
@@ -165,7 +165,8 @@ public:
     void openExternally(const QString &address);
     /// An http or https address, in the user's browser.
     Q_INVOKABLE void openWebPage(const QUrl &url);
-    void showInFileManager(const QUrl &file);
+    /// A local file, selected in its folder.
+    Q_INVOKABLE void showInFileManager(const QUrl &file);
     /// From now on the cache is in `folder`, or in one of its own in it; what is in the old one
     /// stays there. A notice tells when it cannot be.
     Q_INVOKABLE void useCacheFolder(const QUrl &folder);

@@ -4,7 +4,7 @@
 
 #include "platform/files/FileContent.h"
 #include "platform/http/HttpClient.h"
-#include "storage/DownloadName.h"
+#include "transfers/DownloadName.h"
 #include "torrent/TorrentMetadata.h"
 
 #include <QCoreApplication>

@@ -8,7 +8,7 @@
 #include "playback/SubtitleManager.h"
 #include "playback/VideoPlayerManager.h"
 #include "storage/LibraryStore.h"
-#include "storage/SavedFile.h"
+#include "transfers/SavedFile.h"
 
 #include <QVariant>
 

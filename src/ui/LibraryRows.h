@@ -3,7 +3,7 @@
 #pragma once
 
 #include "storage/HistoryEntry.h"
-#include "storage/SavedFile.h"
+#include "transfers/SavedFile.h"
 
 #include <QLocale>
 #include <QObject>

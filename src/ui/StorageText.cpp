@@ -5,22 +5,7 @@
 #include "catalogue/Fmt.h"
 #include "catalogue/KeyMask.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 namespace tavelo {
-
-QString StorageText::status(const DownloadTask &task)
-{
-    if (const auto *failed = std::get_if<DownloadTask::Failed>(&task.state))
-        return QStringLiteral("Failed: ") + failed->message;
-    if (task.isFinished())
-        return QStringLiteral("Saved to ") + QDir::toNativeSeparators(QFileInfo(task.dest).path());
-    const auto expected = task.expected < 1 ? std::nullopt : std::optional(task.expected);
-    const QString sizes =
-        Fmt::byteCount(task.received) + QStringLiteral(" of ") + Fmt::byteCount(expected);
-    return task.isPaused() ? sizes + QStringLiteral(" · paused") : sizes;
-}
 
 QString StorageText::freeSpace(qint64 bytes)
 {

@@ -3,14 +3,13 @@
 #pragma once
 
 #include "catalogue/ProviderConfig.h"
-#include "storage/DownloadTask.h"
 
 #include <QObject>
 #include <QtQmlIntegration>
 
 namespace tavelo {
 
-/// What the screens say about downloads, the cache and providers.
+/// What the screens say about the cache and providers.
 class StorageText : public QObject
 {
     Q_OBJECT
@@ -20,8 +19,6 @@ class StorageText : public QObject
 public:
     using QObject::QObject;
 
-    /// How far a download is, where it went, or why it failed.
-    Q_INVOKABLE static QString status(const tavelo::DownloadTask &task);
     Q_INVOKABLE static QString freeSpace(qint64 bytes);
     Q_INVOKABLE static QString cacheUse(qint64 usedBytes, qint64 freeBytes);
     Q_INVOKABLE static QString cacheLimit(qint64 megabytes);

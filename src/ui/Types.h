@@ -14,7 +14,7 @@
 #include "search/ProviderRegistry.h"
 #include "search/SearchAggregator.h"
 #include "storage/CacheManager.h"
-#include "storage/DownloadManager.h"
+#include "transfers/DownloadManager.h"
 #include "storage/LibraryStore.h"
 #include "storage/SettingsStore.h"
 #include "ui/ProviderChip.h"

@@ -4,7 +4,6 @@
 #include "WindowTest.h"
 
 #include "platform/files/StandardFolders.h"
-#include "ui/StorageText.h"
 
 #include <QAccessible>
 #include <QDir>
@@ -92,8 +91,8 @@ private Q_SLOTS:
 
         QVERIFY(press(program, "Pause", byKeys, 0));
         QTRY_VERIFY_WITH_TIMEOUT(program.control("Resume"), patience);
-        QTRY_VERIFY(program.text(StorageText::status(task(program))));
-        QVERIFY(StorageText::status(task(program)).endsWith(u" · paused"_qs));
+        QTRY_VERIFY(program.text(task(program).status()));
+        QVERIFY(task(program).status().endsWith(u" · paused"_qs));
         QCOMPARE(program.item("QQuickProgressBar"), bar.data());
 
         QVERIFY(press(program, "Resume", byKeys, 0));

@@ -13,8 +13,6 @@ using namespace tavelo;
 
 namespace {
 
-using State = DownloadTask::State;
-
 HistoryEntry entry(const QString &title, double position, double duration)
 {
     HistoryEntry made;
@@ -52,36 +50,6 @@ private:
 
 private Q_SLOTS:
     void initTestCase() { StandardFolders::relocate(m_folder.path()); }
-
-    void downloads_data()
-    {
-        // state: as in DownloadTask::State
-        const auto row = columns<qint64, qint64, int, double, QString>(
-            "received", "expected", "state", "progress", "status");
-        row("running", 250'000LL, 1'000'000LL, 0, 0.25, "250.0 kB of 1.0 MB");
-        row("size not known", 250'000LL, 0LL, 0, 0.0, u"250.0 kB of —"_qs);
-        row("size negative", -1LL, -1LL, 0, 0.0, u"— of —"_qs);
-        row("more than expected", 3'000LL, 2'000LL, 0, 1.0, "3.0 kB of 2.0 kB");
-        row("paused", 500LL, 1'000LL, 1, 0.5, u"500 bytes of 1.0 kB · paused"_qs);
-        row("finished", 1'000LL, 1'000LL, 2, 1.0, "Saved to /films/of mine");
-        row("failed", 0LL, 0LL, 3, 0.0, "Failed: HTTP 404");
-    }
-
-    void downloads()
-    {
-        QFETCH(int, state);
-        const State states[] = {DownloadTask::Downloading{}, DownloadTask::Paused{},
-                                DownloadTask::Finished{}, DownloadTask::Failed{"HTTP 404"}};
-        QFETCH(qint64, received);
-        QFETCH(qint64, expected);
-        DownloadTask task;
-        task.dest = "/films/of mine/a film.mp4";
-        task.received = received;
-        task.expected = expected;
-        task.state = states[state];
-        QTEST(StorageText::status(task), "status");
-        QTEST(task.progress(), "progress");
-    }
 
     void steppers()
     {

@@ -9,7 +9,7 @@ ListRow {
 
     required property var record // a DownloadTask
 
-    readonly property bool underway: record.isDownloading || record.isPaused
+    readonly property bool underway: record.isUnderway
 
     signal pause(var id)
     signal resume(var id)
@@ -47,7 +47,7 @@ ListRow {
             elide: row.record.isFinished ? Text.ElideMiddle : Text.ElideRight
             font.pixelSize: Theme.caption
             maximumLineCount: row.record.isFinished ? 1 : 3
-            text: StorageText.status(row.record)
+            text: row.record.status
             width: parent.width
             wrapMode: row.record.isFinished ? Text.NoWrap : Text.Wrap
         }

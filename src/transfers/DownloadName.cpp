@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "storage/DownloadName.h"
+#include "transfers/DownloadName.h"
 
 #include "platform/Utf8.h"
 

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "storage/DownloadManager.h"
+#include "transfers/DownloadManager.h"
 
 #include "catalogue/Fmt.h"
 #include "platform/ThreadPool.h"
 #include "platform/files/FolderWalk.h"
-#include "storage/DownloadName.h"
+#include "transfers/DownloadName.h"
 
 #include <QCoroFuture>
 #include <QFileInfo>
@@ -151,6 +151,15 @@ void DownloadManager::cancel(const QUuid &id)
     if (const QByteArray token = m_resumeData.take(id); !token.isEmpty())
         m_session.discard(token);
     m_tasks.removeIf([&](const DownloadTask &task) { return task.id == id; });
+    Q_EMIT tasksChanged();
+}
+
+void DownloadManager::move(const QUuid &id, int place)
+{
+    const auto task = std::ranges::find(m_tasks, id, &DownloadTask::id);
+    if (task == m_tasks.end())
+        return;
+    m_tasks.move(task - m_tasks.begin(), std::clamp<qsizetype>(place, 0, m_tasks.size() - 1));
     Q_EMIT tasksChanged();
 }
 

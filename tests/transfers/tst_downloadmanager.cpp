@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/FolderWalk.h"
 #include "platform/files/StandardFolders.h"
-#include "storage/DownloadManager.h"
-#include "storage/DownloadName.h"
 #include "testlib/FaultServer.h"
 #include "testlib/Table.h"
+#include "transfers/DownloadManager.h"
+#include "transfers/DownloadName.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "storage/SavedFile.h"
+#include "transfers/SavedFile.h"
 
 #include <QDir>
 

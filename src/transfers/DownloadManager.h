@@ -3,9 +3,9 @@
 #pragma once
 
 #include "platform/TransferSession.h"
-#include "storage/DownloadTask.h"
-#include "storage/SavedFile.h"
 #include "storage/SettingsStore.h"
+#include "transfers/DownloadTask.h"
+#include "transfers/SavedFile.h"
 
 #include <QCoroTask>
 #include <QHash>
@@ -42,6 +42,8 @@ public:
     Q_INVOKABLE void resume(const QUuid &id);
     /// Ends the task and forgets it; a finished file stays.
     Q_INVOKABLE void cancel(const QUuid &id);
+    /// Among the tasks, which start in their order: to that place, or the nearest there is.
+    Q_INVOKABLE void move(const QUuid &id, int place);
     Q_INVOKABLE void clearFinished();
     Q_INVOKABLE void refreshSaved();
 
