@@ -37,11 +37,6 @@ QString textOf(CURLcode code, int systemError)
         return tr("The proxy's name could not be found.");
     case CURLE_COULDNT_CONNECT:
         return connectText(systemError);
-    case CURLE_UNSUPPORTED_PROTOCOL:
-    case CURLE_URL_MALFORMAT: // that of the request was looked at before
-        return tr("The server redirects to an address that is not safe.");
-    case CURLE_TOO_MANY_REDIRECTS:
-        return tr("The server redirects without end.");
     case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_CONNECT_ERROR:
         return tr("The connection to the server could not be secured.");
@@ -74,6 +69,16 @@ Error cancelled()
 Error silent()
 {
     return {ErrorKind::TimedOut, tr("The server stopped answering.")};
+}
+
+Error unsafeRedirect()
+{
+    return {ErrorKind::Transport, tr("The server redirects to an address that is not safe.")};
+}
+
+Error endlessRedirect()
+{
+    return {ErrorKind::Transport, tr("The server redirects without end.")};
 }
 
 } // namespace tavelo::CurlError

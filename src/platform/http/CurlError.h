@@ -13,5 +13,7 @@ namespace tavelo::CurlError {
 Error of(CURLcode code, int systemError);
 Error cancelled();
 Error silent();
+Error unsafeRedirect();
+Error endlessRedirect();
 
 } // namespace tavelo::CurlError

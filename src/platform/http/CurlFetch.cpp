@@ -3,6 +3,7 @@
 #include "platform/http/CurlFetch.h"
 
 #include "platform/http/CurlError.h"
+#include "platform/http/ProxyBook.h"
 #include "platform/http/ServiceHosts.h"
 #include "platform/http/WebAddress.h"
 
@@ -18,7 +19,8 @@ namespace {
 
 constexpr long keptConnections = 16; // libcurl's own number grows with the handles
 constexpr size_t keptHandles = 8;
-constexpr curl_off_t speedBesideFilm = 64 * 1024; // bytes a second of a download
+constexpr qint64 speedBesideFilm = 64 * 1024; // bytes a second of all downloads
+constexpr auto shareTime = std::chrono::seconds(1);
 constexpr int longestWaitMs = 60'000;
 
 /// Of a connection that is opened for whoever comes next.
@@ -65,7 +67,7 @@ CurlFetch::CurlFetch(QByteArray certificates)
     curl_share_setopt(m_share.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_DNS);
     curl_multi_setopt(m_multi.get(), CURLMOPT_MAXCONNECTS, keptConnections);
     m_calls = std::make_shared<CallQueue>(m_multi.get());
-    m_settings = {m_share.get(), std::move(certificates)};
+    m_settings = {m_share.get(), &m_connections, std::move(certificates)};
     m_thread = std::thread([this] { run(); });
 }
 
@@ -103,16 +105,19 @@ void CurlFetch::resume(FetchId id)
 void CurlFetch::connectAhead(const QUrl &url)
 {
     if (isWebAddress(url))
-        m_calls->post([this, url] { openAhead(url); });
+        m_calls->post([this, url] { openAhead(url, true); });
 }
 
 void CurlFetch::favourFilm(bool shortOfBytes)
 {
     m_calls->post([this, shortOfBytes] {
+        if (m_filmIsShort == shortOfBytes)
+            return;
         m_filmIsShort = shortOfBytes;
-        for (const auto &[id, exchange] : m_exchanges) {
-            if (exchange->isRunning() && exchange->request().urgency == FetchUrgency::Download)
-                exchange->limitSpeed(shortOfBytes ? speedBesideFilm : 0);
+        m_nextShare = {};
+        if (!shortOfBytes) {
+            for (CurlExchange *download : runningDownloads())
+                download->allow({});
         }
     });
 }
@@ -121,12 +126,13 @@ void CurlFetch::run()
 {
     while (!m_stopping) {
         runCalls();
-        startWaiting();
         int running = 0;
         curl_multi_perform(m_multi.get(), &running);
         takeEnded();
         endSilent();
-        curl_multi_poll(m_multi.get(), nullptr, 0, untilNextDeadline(), nullptr);
+        startWaiting(); // after the ends, which make room
+        shareOut();
+        sleep();
     }
     m_calls->close();
     runCalls(); // what was asked for last is told that it is over, too
@@ -146,12 +152,17 @@ void CurlFetch::add(Exchange exchange)
         return exchange->tellEnd(
             {Error{ErrorKind::BadUrl, QCoreApplication::translate("Fetch", "Invalid URL")}});
     const FetchId id = exchange->id();
-    const FetchUrgency urgency = exchange->request().urgency;
     m_exchanges.emplace(id, std::move(exchange));
-    const auto lessUrgent = std::ranges::find_if(m_waiting, [&](FetchId other) {
-        return m_exchanges.at(other)->request().urgency > urgency;
-    });
-    m_waiting.insert(lessUrgent, id);
+    wait(id);
+}
+
+/// Behind what is more urgent, and behind what has come before it.
+void CurlFetch::wait(FetchId id)
+{
+    const auto place = [this](FetchId each) {
+        return std::pair(m_exchanges.at(each)->request().urgency, each);
+    };
+    m_waiting.insert(std::ranges::upper_bound(m_waiting, place(id), {}, place), id);
 }
 
 void CurlFetch::startWaiting()
@@ -167,21 +178,20 @@ void CurlFetch::startWaiting()
     m_waiting = std::move(stillWaiting);
 }
 
-bool CurlFetch::mayStart(const CurlExchange &exchange)
+bool CurlFetch::mayStart(CurlExchange &exchange)
 {
-    const QUrl &url = exchange.request().url;
+    const QString host = exchange.host();
     const auto now = Clock::now();
-    if (!m_budget.mayStart(exchange.host(), exchange.request().urgency, now))
+    if (const auto paused = m_budget.pausedUntil(host, now))
+        exchange.holdBack(*paused);
+    if (!m_budget.mayStart(host, exchange.request().urgency, now))
         return false;
-    if (m_proxies.proxyFor(url, now))
+    if (ProxyBook::shared().proxyFor(exchange.url()))
         return true;
-    if (!m_asking.contains(url.host())) {
-        m_asking.insert(url.host());
-        m_proxies.ask(url, [this, calls = m_calls, host = url.host()](auto store) {
-            calls->post([this, host, store] {
-                store();
-                m_asking.remove(host);
-            });
+    if (!m_asking.contains(host)) {
+        m_asking.insert(host);
+        ProxyBook::shared().ask(exchange.url(), [this, calls = m_calls, host] {
+            calls->post([this, host] { m_asking.remove(host); });
         });
     }
     return false;
@@ -189,22 +199,85 @@ bool CurlFetch::mayStart(const CurlExchange &exchange)
 
 void CurlFetch::begin(CurlExchange &exchange)
 {
-    const QString proxy = *m_proxies.proxyFor(exchange.request().url, Clock::now());
-    exchange.start(idleHandle(), m_settings, proxy);
+    const auto proxy = ProxyBook::shared().proxyFor(exchange.url());
+    exchange.start(idleHandle(), m_settings, ProxyBook::textOf(*proxy));
     if (m_filmIsShort && exchange.request().urgency == FetchUrgency::Download)
-        exchange.limitSpeed(speedBesideFilm);
+        exchange.allow(0); // until the next time that something is shared out
+    if (const auto ahead = m_ahead.find(exchange.host());
+        ahead != m_ahead.end() && ahead->opener != exchange.id())
+        ahead->mayBeRenewed = false; // it is used now, or comes too late
     m_budget.started(exchange.host(), exchange.request().urgency);
     curl_multi_add_handle(m_multi.get(), exchange.handle());
 }
 
 /// A request that asks for little: libcurl keeps no connection that was never used for one.
-void CurlFetch::openAhead(const QUrl &url)
+void CurlFetch::openAhead(const QUrl &url, bool mayBeRenewed)
 {
     const QUrl little = url.resolved(QUrl(QStringLiteral("/robots.txt")));
+    const QString host = CurlExchange::hostOf(url);
+    const auto ahead = m_ahead.constFind(host);
+    const bool isOnItsWay = ahead != m_ahead.constEnd() && m_exchanges.contains(ahead->opener);
+    if (isOnItsWay || m_connections.quietOnes(host) > m_budget.inUse(host))
+        return;
+    const FetchId id{++m_lastId};
+    m_ahead.insert(host, {url, id, CURL_SOCKET_BAD, mayBeRenewed});
     add(std::make_unique<CurlExchange>(
-        FetchId{++m_lastId},
-        FetchRequest{.url = little, .headOnly = true, .urgency = FetchUrgency::Probe},
+        id, FetchRequest{.url = little, .headOnly = true, .urgency = FetchUrgency::Probe},
         std::make_shared<NobodyReceives>()));
+}
+
+bool CurlFetch::isAhead(const CurlExchange &exchange) const
+{
+    const auto ahead = m_ahead.constFind(exchange.host());
+    return ahead != m_ahead.constEnd() && ahead->opener == exchange.id();
+}
+
+/// Until something happens. A connection that was opened ahead and is closed before anyone has
+/// used it is opened again, once.
+void CurlFetch::sleep()
+{
+    m_ahead.removeIf([this](auto ahead) {
+        return ahead->socket != CURL_SOCKET_BAD &&
+               !m_connections.isKept(ahead->socket, ahead.key());
+    });
+    std::vector<curl_waitfd> sockets;
+    std::vector<QString> hosts;
+    for (auto ahead = m_ahead.cbegin(); ahead != m_ahead.cend(); ++ahead) {
+        if (ahead->socket == CURL_SOCKET_BAD)
+            continue;
+        sockets.push_back({ahead->socket, CURL_WAIT_POLLIN, 0});
+        hosts.push_back(ahead.key());
+    }
+    curl_multi_poll(m_multi.get(), sockets.data(), static_cast<unsigned>(sockets.size()),
+                    untilNextDeadline(), nullptr);
+    for (size_t i = 0; i < sockets.size(); ++i) {
+        if (sockets[i].revents == 0)
+            continue;
+        const Ahead closed = m_ahead.take(hosts[i]);
+        if (closed.mayBeRenewed)
+            openAhead(closed.url, false);
+    }
+}
+
+std::vector<CurlExchange *> CurlFetch::runningDownloads() const
+{
+    std::vector<CurlExchange *> downloads;
+    for (const auto &[id, exchange] : m_exchanges) {
+        if (exchange->isRunning() && exchange->request().urgency == FetchUrgency::Download)
+            downloads.push_back(exchange.get());
+    }
+    return downloads;
+}
+
+void CurlFetch::shareOut()
+{
+    const auto now = Clock::now();
+    if (!m_filmIsShort || now < m_nextShare)
+        return;
+    m_nextShare = now + shareTime;
+    const auto downloads = runningDownloads();
+    for (CurlExchange *download : downloads)
+        download->allow(speedBesideFilm / static_cast<qint64>(downloads.size()));
 }
 
 void CurlFetch::takeEnded()
@@ -224,7 +297,7 @@ void CurlFetch::endSilent()
     const auto now = Clock::now();
     std::vector<FetchId> silent;
     for (const auto &[id, exchange] : m_exchanges) {
-        if (exchange->isRunning() && !exchange->isPutOff() && exchange->silentAt() <= now)
+        if (exchange->isRunning() && !exchange->isHeld() && exchange->silentAt() <= now)
             silent.push_back(id);
     }
     for (const FetchId id : silent)
@@ -248,6 +321,13 @@ void CurlFetch::end(FetchId id, CURLcode code, std::optional<Error> error)
             m_budget.answered(exchange.host());
         exchange.log(end);
         release(exchange);
+        if (!end.error && exchange.isRedirected() && !isAhead(exchange)) {
+            end.error = exchange.follow();
+            if (!end.error) {
+                m_exchanges.insert(std::move(node));
+                return wait(id);
+            }
+        }
     } else {
         std::erase(m_waiting, id);
     }
@@ -257,6 +337,9 @@ void CurlFetch::end(FetchId id, CURLcode code, std::optional<Error> error)
 void CurlFetch::release(CurlExchange &exchange)
 {
     m_budget.ended(exchange.host(), exchange.request().urgency);
+    const curl_socket_t socket = m_connections.keep(exchange.handle(), exchange.host());
+    if (isAhead(exchange))
+        m_ahead[exchange.host()].socket = socket;
     curl_multi_remove_handle(m_multi.get(), exchange.handle());
     CurlEasy easy = exchange.takeHandle();
     if (m_idle.size() < keptHandles)
@@ -269,9 +352,11 @@ int CurlFetch::untilNextDeadline() const
     const auto now = Clock::now();
     auto next = now + std::chrono::milliseconds(longestWaitMs);
     for (const auto &[id, exchange] : m_exchanges) {
-        if (exchange->isRunning() && !exchange->isPutOff())
+        if (exchange->isRunning() && !exchange->isHeld())
             next = std::min(next, exchange->silentAt());
     }
+    if (m_filmIsShort)
+        next = std::min(next, m_nextShare);
     if (const auto pause = m_budget.nextEndOfPause(now); pause && !m_waiting.empty())
         next = std::min(next, *pause);
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(next - now).count();

@@ -6,7 +6,6 @@
 #include "platform/http/CurlExchange.h"
 #include "platform/http/Fetch.h"
 #include "platform/http/HostBudget.h"
-#include "platform/http/ProxyBook.h"
 
 #include <QSet>
 
@@ -42,26 +41,43 @@ private:
     void runCalls();
     void add(Exchange exchange);
     void startWaiting();
-    bool mayStart(const CurlExchange &exchange);
+    void wait(FetchId id);
+    bool mayStart(CurlExchange &exchange);
     void begin(CurlExchange &exchange);
-    void openAhead(const QUrl &url);
+    void openAhead(const QUrl &url, bool mayBeRenewed);
+    void sleep();
+    void shareOut();
+    std::vector<CurlExchange *> runningDownloads() const;
     void takeEnded();
     void endSilent();
     void end(FetchId id, CURLcode code, std::optional<Error> error);
+    bool isAhead(const CurlExchange &exchange) const;
     void release(CurlExchange &exchange);
     int untilNextDeadline() const;
     CurlEasy idleHandle();
 
-    CurlShare m_share; // first: it must outlive the handles
+    /// A connection to a host that nobody has asked for anything yet.
+    struct Ahead
+    {
+        QUrl url;
+        FetchId opener;                         // the request that opens it
+        curl_socket_t socket = CURL_SOCKET_BAD; // once it is open
+        bool mayBeRenewed = true;
+    };
+
+    // First: they must outlive the handles.
+    KeptConnections m_connections;
+    CurlShare m_share;
     CurlMulti m_multi;
     CurlSettings m_settings;
     std::map<FetchId, Exchange> m_exchanges; // also in the order in which they came
     std::vector<FetchId> m_waiting;          // those of them that have not begun
     std::vector<CurlEasy> m_idle;
     HostBudget m_budget;
-    ProxyBook m_proxies;
-    QSet<QString> m_asking; // hosts whose proxy is being asked for
+    QHash<QString, Ahead> m_ahead; // by host
+    QSet<QString> m_asking;        // hosts whose proxy is being asked for
     bool m_filmIsShort = false;
+    Clock::time_point m_nextShare = {}; // of what downloads take beside a film
 
     std::atomic<quint64> m_lastId = 0;
     std::shared_ptr<CallQueue> m_calls;

@@ -28,8 +28,8 @@ struct FetchRange
     bool operator==(const FetchRange &) const = default;
 };
 
-/// What is asked for: one GET over HTTP/1.1, whose redirects are followed, never from https to
-/// http.
+/// What is asked for: one GET over HTTP/1.1, whose redirects are followed, five at most and never
+/// from https to http.
 struct FetchRequest
 {
     QUrl url; // http or https
@@ -70,12 +70,15 @@ class FetchReceiver
 public:
     enum class Take {
         More,
-        Later, // the same bytes are offered again after Fetch::resume
+        Later, // the same bytes are offered again after Fetch::resume; for downloads only: the
+               // connection is held meanwhile, and what has arrived of it stays in memory
         Stop,  // the request ends, and its connection, too
     };
 
     virtual ~FetchReceiver() = default;
 
+    /// It has not begun yet because its host is left alone for that long; told once for each time.
+    virtual void heldBack(std::chrono::milliseconds) {}
     /// Before the body's first byte. False when the body is not wanted.
     virtual bool headArrived(const FetchHead &head) = 0;
     virtual Take bytesArrived(const char *bytes, qint64 count) = 0;
@@ -99,9 +102,10 @@ public:
     virtual void cancel(FetchId id) = 0;
     /// Offers again what the receiver has put off.
     virtual void resume(FetchId id) = 0;
-    /// Opens a connection for whoever comes next, unless one is there.
+    /// Opens a connection for whoever comes next, unless one is kept or on its way. When the server
+    /// closes it before anyone has come, it is opened once more, and then no more.
     virtual void connectAhead(const QUrl &url) = 0;
-    /// While a film waits for bytes, downloads take little of the line.
+    /// While a film waits for bytes, all downloads together take little of the line.
     virtual void favourFilm(bool shortOfBytes) = 0;
 };
 

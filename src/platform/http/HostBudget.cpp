@@ -36,6 +36,12 @@ void HostBudget::ended(const QString &host, FetchUrgency urgency)
     --(isForDownload(urgency) ? known.downloads : known.films);
 }
 
+int HostBudget::inUse(const QString &host) const
+{
+    const Host known = m_hosts.value(host);
+    return known.films + known.downloads;
+}
+
 std::chrono::milliseconds HostBudget::refused(const QString &host,
                                               std::optional<std::chrono::seconds> asked,
                                               Clock::time_point now)
@@ -60,6 +66,13 @@ std::chrono::milliseconds HostBudget::refused(const QString &host,
 void HostBudget::answered(const QString &host)
 {
     m_hosts[host].refusals = 0;
+}
+
+std::optional<HostBudget::Clock::time_point> HostBudget::pausedUntil(const QString &host,
+                                                                     Clock::time_point now) const
+{
+    const Host known = m_hosts.value(host);
+    return known.pausedUntil > now ? std::optional(known.pausedUntil) : std::nullopt;
 }
 
 std::optional<HostBudget::Clock::time_point> HostBudget::nextEndOfPause(Clock::time_point now) const

@@ -25,6 +25,7 @@ public:
     bool mayStart(const QString &host, FetchUrgency urgency, Clock::time_point now) const;
     void started(const QString &host, FetchUrgency urgency);
     void ended(const QString &host, FetchUrgency urgency);
+    int inUse(const QString &host) const;
 
     /// The host asks to be left alone, or takes no connections: for `asked`, else for 1, 2, 4 … 60
     /// seconds from one time to the next, give or take a fifth. Returns for how long.
@@ -33,6 +34,8 @@ public:
     /// The host answers as it should.
     void answered(const QString &host);
 
+    /// Until when a host is left alone; absent when it is not.
+    std::optional<Clock::time_point> pausedUntil(const QString &host, Clock::time_point now) const;
     /// When the next host may be asked again; absent when none is left alone.
     std::optional<Clock::time_point> nextEndOfPause(Clock::time_point now) const;
 
