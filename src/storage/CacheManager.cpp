@@ -4,6 +4,7 @@
 
 #include "platform/ThreadPool.h"
 #include "platform/http/HttpClient.h"
+#include "platform/media/film/FilmMemory.h"
 #include "storage/CacheCleaning.h"
 
 #include <QCoroFuture>
@@ -16,6 +17,7 @@ namespace tavelo {
 namespace {
 
 const QString urlCacheName = QStringLiteral("URLCache");
+const QString filmsName = QStringLiteral("films");
 const QString torrentsName = QStringLiteral("Torrents");
 
 struct Space
@@ -80,6 +82,8 @@ Result<QString> CacheManager::torrentDir() const
 void CacheManager::configureURLCache()
 {
     const auto cache = folder();
+    const auto films = cache ? cache->subfolder(filmsName) : Error{};
+    FilmMemory::shared().setFolder(films ? *films : QString());
     if (!cache)
         return;
     if (const auto store = cache->subfolder(urlCacheName))
@@ -139,6 +143,10 @@ QCoro::Task<> CacheManager::clearFlow()
     configureURLCache(); // the folder may be another by now
     const auto forgotten = HttpClient::shared().clearCache();
     co_await forgotten;
+    if (!self)
+        co_return;
+    const auto filmsForgotten = FilmMemory::shared().clear();
+    co_await filmsForgotten;
     if (!self)
         co_return;
     const auto removed =

@@ -36,7 +36,8 @@ public:
     /// Where .torrent files to be inspected are put. Created at each call; else why it cannot be.
     Result<QString> torrentDir() const;
 
-    /// Puts the store of HTTP responses into the cache folder as the settings name it now.
+    /// Puts the store of HTTP responses, and that of the films opened last, into the cache folder
+    /// as the settings name it now.
     Q_INVOKABLE void configureURLCache();
     Q_INVOKABLE void refresh();
     /// Removes the files that are too old, then the oldest until the rest fits, then measures.

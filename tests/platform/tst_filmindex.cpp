@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "platform/Mp4Made.h"
+#include "platform/media/film/KeptFilm.h"
 #include "platform/media/film/Mp4Index.h"
 #include "platform/media/film/Mp4Layout.h"
 #include "testlib/Table.h"
@@ -287,6 +288,26 @@ private Q_SLOTS:
         const auto index = Mp4Index::parse(tables.moov());
         QVERIFY(index);
         QTEST(index->bytesFor(6, 7.5), "span");
+    }
+
+    void littleMediaIsKeptOfHeavyFilms_data()
+    {
+        // The bytes of one picture; the film is left at the ninth.
+        const auto add = columns<quint32, ByteSpan>("each", "kept");
+        add("all", 400'000, {1000, 4'001'000});
+        add("from the key frame before", 500'000, {2'501'000, 5'001'000});
+        add("not all that is needed", 1'000'000, {5'001'000, 5'001'000 + KeptFilm::maxMediaBytes});
+    }
+    void littleMediaIsKeptOfHeavyFilms()
+    {
+        QFETCH(quint32, each);
+        const auto place = [=](quint32 chunk) { return 1000 + chunk * 2 * each; };
+        const Tables heavy{
+            .sizes = mp4::table("stsz", {each, 10}),
+            .places = mp4::table("stco", {5, place(0), place(1), place(2), place(3), place(4)})};
+        const auto index = Mp4Index::parse(heavy.moov());
+        QVERIFY(index);
+        QTEST(KeptFilm::mediaAround(*index, 8), "kept");
     }
 
     void falseTablesAreRefused_data()

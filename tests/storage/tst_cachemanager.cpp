@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/FetchData.h"
 #include "platform/files/StandardFolders.h"
+#include "platform/media/film/FilmMemory.h"
 #include "storage/CacheCleaning.h"
 #include "storage/CacheManager.h"
 #include "storage/CacheTag.h"
@@ -411,6 +412,15 @@ private Q_SLOTS:
         cache.configureURLCache();
         QVERIFY(awaited(fetchData(server.url("/x"), 10s)));
         QTRY_COMPARE(filesBelow(settings.cachePath() + "/URLCache").size(), 1);
+        auto &films = FilmMemory::shared();
+        const KeptFilm film{.key = KeptFilm::keyOf(server.url("/film")),
+                            .version = {.total = 1'000'000},
+                            .pieces = {{0, QByteArray(100'000, 'f')}}};
+        films.store(film).waitForFinished();
+        QCOMPARE(QDir(settings.cachePath() + "/films").count(), 3u);
+        cache.refresh();
+        QTRY_COMPARE(cache.usedBytes(), sizeOf(settings.cachePath()));
+        QVERIFY(cache.usedBytes() > 100'000);
         const auto torrents = cache.torrentDir();
         QVERIFY(torrents);
         QVERIFY(QDir(*torrents).exists());
