@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "DemoReply.h"
 
-#include "ByteRange.h"
+#include "loopback/ByteRange.h"
 
 #include <QDateTime>
 #include <QFile>

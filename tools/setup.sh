@@ -19,7 +19,7 @@ start_packages=(
 demo_packages=(ffmpeg)
 hidden_display_packages=(xvfb xauth)
 test_packages=("${demo_packages[@]}" "${hidden_display_packages[@]}" dbus-daemon
-  desktop-file-utils)
+  desktop-file-utils openssl)
 
 is_installed() {
   [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]

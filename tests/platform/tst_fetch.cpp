@@ -90,9 +90,10 @@ private Q_SLOTS:
         row("many headers", {.headers = FaultServer::Headers(20'000, {"X-Many", "of them"})},
             senseless);
         row("shorter than it says", {.body = "film", .cutAfter = 2}, early);
-        row("two lengths", {.body = "film", .headers = {{"Content-Length", "2000"}}}, early);
-        row("chunks that are none", {.body = "film", .headers = {{"Transfer-Encoding", "chunked"}}},
+        row("two lengths", {.body = "film", .headers = {{"Content-Length", "2000"}}, .close = true},
             early);
+        row("chunks that are none",
+            {.body = "film", .headers = {{"Transfer-Encoding", "chunked"}}, .close = true}, early);
         row("to a file", {.status = 302, .headers = {{"Location", "file:///etc/hostname"}}},
             "The server redirects to an address that is not safe.");
         row("to itself", {.status = 302, .headers = {{"Location", path}}},

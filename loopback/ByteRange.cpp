@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "ByteRange.h"
+#include "loopback/ByteRange.h"
 
 #include <QRegularExpression>
 

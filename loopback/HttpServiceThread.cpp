@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "loopback/HttpServiceThread.h"
+
+namespace tavelo {
+
+HttpServiceThread::HttpServiceThread()
+{
+    m_thread.setObjectName(QStringLiteral("loopback"));
+    m_context.moveToThread(&m_thread);
+    m_thread.start();
+}
+
+HttpServiceThread::~HttpServiceThread()
+{
+    run([this] { qDeleteAll(m_context.children()); });
+    m_thread.quit();
+    m_thread.wait();
+}
+
+} // namespace tavelo
