@@ -3,10 +3,13 @@
 #include "main/Application.h"
 
 #include "main/Intake.h"
+#include "main/LogOutput.h"
 #include "main/X11Focus.h"
+#include "platform/Log.h"
 #include "platform/desktop/GioWorkspace.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/media/MediaEngine.h"
+#include "storage/SettingsStore.h"
 #include "ui/UiModule.h"
 
 #include <QDir>
@@ -46,8 +49,10 @@ QString activationToken()
 Application::Application(int &argc, char **argv)
     : m_activationToken(activationToken())
     , m_application(prepared(argc), argv)
-    , m_requested(Intake::addresses(QCoreApplication::arguments().mid(1), QDir::currentPath()))
 {
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    m_log = LogOutput::takeOption(arguments);
+    m_requested = Intake::addresses(arguments, QDir::currentPath());
     // The toolkit has just taken over the user's locale; the media engine needs the decimal point.
     std::setlocale(LC_NUMERIC, "C");
     // A connection or a terminal that has gone is an error of the one who writes to it.
@@ -63,6 +68,8 @@ std::optional<int> Application::claim()
         StandardFolders::configuration());
     switch (m_instance->claim({m_requested, m_activationToken})) {
     case SingleInstance::Role::First:
+        if (m_log)
+            LogOutput::start(*m_log, SettingsStore::defaultCachePath());
         // The folder of the start is not kept busy, and dialogs begin where the user's folders are.
         QDir::setCurrent(QDir::homePath());
         return std::nullopt;
@@ -77,6 +84,8 @@ std::optional<int> Application::claim()
 
 bool Application::show()
 {
+    qCInfo(logApp).noquote() << QCoreApplication::applicationName() << TAVELO_VERSION << "on Qt"
+                             << qVersion() << QGuiApplication::platformName();
     m_state = std::make_unique<AppState>([] { return MediaEngine::create(); },
                                          std::make_unique<GioWorkspace>());
     // Whoever looks at an item may play it next.

@@ -38,6 +38,7 @@ private:
 
     QString m_activationToken; // of this start, read before the toolkit takes it away
     QGuiApplication m_application;
+    std::optional<QStringList> m_log;           // categories that this start shall tell of
     QStringList m_requested;                    // addresses that this start shall open
     std::unique_ptr<SingleInstance> m_instance; // after claim()
     std::unique_ptr<AppState> m_state;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "search/SearchAggregator.h"
 
+#include "platform/Log.h"
 #include "platform/ThreadPool.h"
 #include "search/MergeResults.h"
 
@@ -100,6 +101,10 @@ void SearchAggregator::take(qsizetype place, const TorrentResults &outcome)
     } else {
         statuses[place].state = ProviderStatus::Failed{messageOf(outcome.error())};
     }
+    qCInfo(logSearch).noquote().nospace()
+        << "provider " << place + 1 << " of " << statuses.size() << ": "
+        << (outcome ? QString::number(outcome->size()) + QLatin1String(" results")
+                    : QStringLiteral("failed, status %1").arg(outcome.error().httpStatus));
     setStatuses(statuses);
 }
 

@@ -193,6 +193,22 @@ private Q_SLOTS:
         QVERIFY(says(first, "inspector Linked film"));
     }
 
+    void logsWhenAsked()
+    {
+        QProcess &program = start({"--log=app,storage", "small.torrent"});
+        QVERIFY(says(program, "inspector Small film"));
+        const QByteArray told = program.readAllStandardError();
+        QVERIFY2(told.contains(" tavelo.app Tavelo "), told.constData());
+        QVERIFY2(!told.contains("tavelo.http"), told.constData());
+        QFile file(folderOf("one") + "/data/TaveloApp/Cache/tavelo.log");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll().startsWith(told));
+
+        QProcess &silent = start({"small.torrent"}, "other");
+        QVERIFY(says(silent, "inspector Small film"));
+        QVERIFY(!silent.readAllStandardError().contains("tavelo."));
+    }
+
     void secondStartHandsOver()
     {
         QProcess &first = start({});

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/KeptFile.h"
 
+#include "platform/Log.h"
 #include "platform/ThreadPool.h"
 #include "platform/files/FileContent.h"
 
@@ -250,6 +251,7 @@ void KeptFile::settle()
 
 void KeptFile::tell(const QString &text)
 {
+    qCInfo(logStorage).noquote() << text;
     QMetaObject::invokeMethod(
         this, [this, text] { Q_EMIT troubled(text); }, Qt::QueuedConnection);
 }
