@@ -14,6 +14,14 @@ bool isSound(const ArchiveFile &file)
            url.path().startsWith(QLatin1String("/download/an item/"));
 }
 
+bool areSound(const QList<QUrl> &alternatives)
+{
+    return alternatives.size() <= 4 && std::ranges::all_of(alternatives, [](const QUrl &url) {
+               return url.isValid() && url.scheme() == QLatin1String("https") &&
+                      !url.host().isEmpty() && url.userInfo().isEmpty();
+           });
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
@@ -23,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (!details)
         return 0;
     for (const ArchiveFile &file : details->files) {
-        if (!isSound(file) || file.sizeText().isEmpty())
+        if (!isSound(file) || file.sizeText().isEmpty() || !areSound(details->alternatives(file)))
             std::abort();
     }
     const qsizetype kinds = details->playable().size() + details->otherVideos().size() +

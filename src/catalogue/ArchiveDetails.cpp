@@ -51,4 +51,15 @@ std::optional<ArchiveFile> ArchiveDetails::torrent() const
     return torrents.isEmpty() ? std::nullopt : std::optional(torrents.first());
 }
 
+QList<QUrl> ArchiveDetails::alternatives(const ArchiveFile &file) const
+{
+    QList<QUrl> urls;
+    for (const QString &root : nodeRoots) {
+        ArchiveFile there = file;
+        there.itemRoot = root;
+        urls.append(there.url());
+    }
+    return urls;
+}
+
 } // namespace tavelo

@@ -23,6 +23,7 @@ public:
     MediaItem item;
     QList<ArchiveFile> files; // MPEG-4 encodes first, then by size, the largest first
     bool restricted = false;
+    QStringList nodeRoots; // addresses of hosts below which the same files are; each ends in "/"
 
     QList<ArchiveFile> playable() const;    // the built-in player's: MP4, M4V, MOV
     QList<ArchiveFile> otherVideos() const; // for download only
@@ -30,6 +31,9 @@ public:
     std::optional<ArchiveFile> torrent() const;
     /// Where that file is, for the screens: empty when there is none.
     QUrl torrentURL() const { return torrent().value_or(ArchiveFile()).url(); }
+
+    /// Where `file` is, besides at its own address, which is the reliable one.
+    QList<QUrl> alternatives(const ArchiveFile &file) const;
 
     bool operator==(const ArchiveDetails &) const = default;
 };

@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
+#include <QRegularExpression>
 #include <QStringTokenizer>
 
 #include <algorithm>
@@ -18,6 +19,9 @@ namespace tavelo::ArchiveParser {
 namespace {
 
 constexpr qsizetype mostSubjects = 100;
+constexpr qsizetype mostNodes = 4;
+constexpr qsizetype mostServers = 16; // that are looked at
+constexpr qsizetype mostDirCharacters = 1024;
 
 std::optional<QString> firstOf(const QJsonObject &object, const char *key)
 {
@@ -115,6 +119,61 @@ std::optional<ArchiveFile> file(const QJsonObject &object, const QString &itemRo
     return addressed ? std::optional(std::move(file)) : std::nullopt;
 }
 
+/// A host's name or number, in front of its port, if any.
+bool isHost(const QString &name)
+{
+    static const QRegularExpression form(QRegularExpression::anchoredPattern(
+        QStringLiteral("(?=[^:]{1,253}(:|$))([a-z0-9]([a-z0-9-]{0,61}[a-z0-9])?\\.)+"
+                       "[a-z0-9]([a-z0-9-]{0,61}[a-z0-9])?(:[1-9][0-9]{0,4})?")));
+    return form.match(name).hasMatch();
+}
+
+/// The hosts that have the item, the preferred one first.
+QStringList nodesOf(const QJsonObject &root)
+{
+    QStringList nodes;
+    const auto take = [&](const QJsonValue &value) {
+        const QString name = value.toString();
+        if (nodes.size() < mostNodes && isHost(name) && !nodes.contains(name))
+            nodes.append(name);
+    };
+    take(root.value(QLatin1String("server")));
+    const QJsonArray workable = root.value(QLatin1String("workable_servers")).toArray();
+    for (qsizetype i = 0; i < std::min(workable.size(), mostServers); ++i)
+        take(workable.at(i));
+    return nodes;
+}
+
+/// The item's folder on its nodes, encoded, between slashes; absent when it cannot be one.
+std::optional<QString> nodePath(const QJsonObject &root)
+{
+    const QString dir = root.value(QLatin1String("dir")).toString();
+    if (!dir.startsWith(QLatin1Char('/')) || dir.size() > mostDirCharacters || !dir.isValidUtf16())
+        return {};
+    QString path(QLatin1Char('/'));
+    for (const QStringView piece : QStringTokenizer(dir, u'/', Qt::SkipEmptyParts)) {
+        if (piece == QLatin1String(".") || piece == QLatin1String(".."))
+            return {};
+        path += Text::pathEncoded(piece.toString()) + QLatin1Char('/');
+    }
+    return path;
+}
+
+QStringList nodeRoots(const QJsonObject &root)
+{
+    const auto path = nodePath(root);
+    if (!path)
+        return {};
+    const QString scheme =
+        ServiceHosts::current().archive.section(QLatin1String("://"), 0, 0) + QLatin1String("://");
+    QStringList roots;
+    for (const QString &node : nodesOf(root)) {
+        if (QUrl(scheme + node, QUrl::StrictMode).isValid())
+            roots.append(scheme + node + *path);
+    }
+    return roots;
+}
+
 bool isMP4Encode(const ArchiveFile &file)
 {
     const QString format = file.format.toLower();
@@ -195,6 +254,7 @@ std::optional<ArchiveDetails> parseDetails(const QByteArray &body, const QString
             details.files.append(*std::move(one));
     }
     sortByPreference(details.files);
+    details.nodeRoots = nodeRoots(root);
     return details;
 }
 

@@ -11,7 +11,8 @@
 
 /// The answers of the Internet Archive's catalogue: JSON whose fields may each be a text, a number
 /// or a list of either. Total: whatever the bytes are, there is a result.
-/// Of each text the first 65,536 characters are kept, of the subjects the first 100.
+/// Of each text the first 65,536 characters are kept, of the subjects the first 100, of the nodes
+/// the first 4.
 namespace tavelo::ArchiveParser {
 
 /// The text of a loosely typed value: the text itself, a number's decimal text, the first of a list

@@ -193,6 +193,47 @@ private Q_SLOTS:
         QCOMPARE(found.first().url().toEncoded(), "https://archive.org/download/abc/" + path);
     }
 
+    void nodes_data()
+    {
+        const auto row = columns<QByteArray, QStringList>("json", "addresses");
+        const QString path = "/3/items/a%20b/reel%201.mp4";
+        const auto hosts = [=](const QStringList &names) {
+            QStringList urls;
+            for (const QString &name : names)
+                urls << "https://" + name + path;
+            return urls;
+        };
+        const QByteArray dir = ",'dir':'/3/items/a b'";
+        row("preferred first",
+            "'server':'ia6.us.archive.org',"
+            "'workable_servers':['dn7.ca.archive.org','ia6.us.archive.org']" +
+                dir,
+            hosts({"ia6.us.archive.org", "dn7.ca.archive.org"}));
+        row("with a port", "'server':'127.0.0.2:8080'" + dir, hosts({"127.0.0.2:8080"}));
+        row("the first four", "'workable_servers':['a.b','b.b','c.b','d.b','e.b']" + dir,
+            hosts({"a.b", "b.b", "c.b", "d.b"}));
+        row("no names of hosts",
+            "'server':'evil.example/x?','workable_servers':['a','a..b','-a.b','u@a.b','a.b:0',"
+            "'a.b:99999','[::1]','a b.c','A.B','',7,['c.d'],'" +
+                QByteArray("a.").repeated(130) + "b']" + dir,
+            {});
+        row("not a list", "'workable_servers':'a.b'" + dir, {});
+        row("no folder", "'server':'a.b'", {});
+        row("another folder", "'server':'a.b','dir':'3/items'", {});
+        row("a way out", "'server':'a.b','dir':'/3/../items'", {});
+        row("a long folder", "'server':'a.b','dir':'/" + QByteArray(1024, 'x') + "'", {});
+    }
+    void nodes()
+    {
+        QFETCH(QByteArray, json);
+        QByteArray body = "{'metadata':{},'files':[{'name':'reel 1.mp4'}]," + json + '}';
+        const auto details = ArchiveParser::parseDetails(body.replace('\'', '"'), "abc");
+        QStringList addresses;
+        for (const QUrl &url : details->alternatives(details->files.first()))
+            addresses << url.toString(QUrl::FullyEncoded);
+        QTEST(addresses, "addresses");
+    }
+
     void keepsNoMoreThanItNeeds()
     {
         const QByteArray most(65'536, 'x');
