@@ -83,6 +83,14 @@ HttpService::Answer &HttpService::at(const QByteArray &path)
     return m_answers[path];
 }
 
+void HttpService::closeIdle()
+{
+    for (HttpConnection *connection : connections()) {
+        if (!connection->isBusy())
+            connection->abort();
+    }
+}
+
 void HttpService::setListening(bool listening)
 {
     if (listening == m_server->isListening())
@@ -91,10 +99,7 @@ void HttpService::setListening(bool listening)
         m_server->close();
         for (QTcpSocket *socket : m_server->findChildren<QTcpSocket *>())
             socket->abort();
-        for (HttpConnection *connection : connections()) {
-            if (!connection->isBusy())
-                connection->abort();
-        }
+        closeIdle();
         // A port that is bound and not listened on refuses, and nobody else can have it meanwhile.
         m_keepsPort = std::make_unique<QTcpSocket>();
         m_keepsPort->bind(addressOf(m_host), m_port, QAbstractSocket::ReuseAddressHint);

@@ -59,6 +59,8 @@ public:
     /// To change a thing or two about what is served; must be served already.
     Answer &at(const QByteArray &path);
 
+    /// Closes the connections that wait for a request.
+    void closeIdle();
     /// Refuses connections, or takes them again on the same port. Requests on their way are not
     /// touched; connections without one are closed.
     void setListening(bool listening);

@@ -15,12 +15,13 @@ namespace {
 
 constexpr const char *path = "/film.mp4";
 
-/// Takes everything, up to a limit past which it puts the rest off.
+/// Takes everything, up to a limit past which it puts the rest off. May insist on a part.
 class Receiver : public FetchReceiver
 {
 public:
-    explicit Receiver(qint64 most = 1LL << 40)
+    explicit Receiver(qint64 most = 1LL << 40, bool onlyParts = false)
         : m_most(most)
+        , m_onlyParts(onlyParts)
     {}
 
     qint64 received() const
@@ -38,6 +39,11 @@ public:
         const std::scoped_lock lock(m_mutex);
         m_most = 1LL << 40;
     }
+    std::chrono::milliseconds heldFor() const
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_heldFor;
+    }
     int ends() const
     {
         const std::scoped_lock lock(m_mutex);
@@ -45,7 +51,12 @@ public:
     }
 
 private:
-    bool headArrived(const FetchHead &) override { return true; }
+    void heldBack(std::chrono::milliseconds left) override
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_heldFor = left;
+    }
+    bool headArrived(const FetchHead &head) override { return !m_onlyParts || head.status == 206; }
     Take bytesArrived(const char *, qint64 count) override
     {
         const std::scoped_lock lock(m_mutex);
@@ -63,6 +74,8 @@ private:
 
     mutable std::mutex m_mutex;
     qint64 m_most;
+    const bool m_onlyParts;
+    std::chrono::milliseconds m_heldFor{0};
     qint64 m_received = 0;
     int m_ends = 0;
     std::optional<FetchEnd> m_end;
@@ -152,6 +165,139 @@ private Q_SLOTS:
         QCOMPARE(server.requests()[6].target, pathOf(7));
     }
 
+    /// Six at a host at most, counted where they are answered: who redirects is free at once.
+    void countsWhereItIsAnswered()
+    {
+        FaultServer asked;
+        FaultServer node("127.0.0.2");
+        CurlFetch fetch;
+        std::vector<std::shared_ptr<Receiver>> receivers;
+        const auto start = [&](FetchUrgency urgency) {
+            const int number = int(receivers.size());
+            node.serve(pathOf(number), {.body = "film", .silent = number < 6});
+            asked.redirect(pathOf(number), node.url(pathOf(number)).toEncoded(), 302);
+            receivers.push_back(std::make_shared<Receiver>());
+            return fetch.start({.url = asked.url(pathOf(number)), .urgency = urgency},
+                               receivers.back());
+        };
+        const FetchId first = start(FetchUrgency::Download);
+        for (int i = 1; i < 8; ++i)
+            start(FetchUrgency::Download);
+        QTRY_COMPARE(asked.requests().size(), 8);
+        start(FetchUrgency::Film);
+        QTRY_COMPARE(asked.requests().size(), 9);
+        QTRY_COMPARE(node.requests().size(), 6);
+        fetch.cancel(first);
+        for (int i = 6; i < 9; ++i)
+            QTRY_VERIFY(receivers[i]->end());
+        QCOMPARE(node.requests().size(), 9);
+        QCOMPARE(node.requests()[6].target, pathOf(8));
+        QCOMPARE(receivers[8]->end()->head->url, node.url(pathOf(8)));
+    }
+
+    void secured()
+    {
+        const auto certificate = LoopbackCertificate::make();
+        FaultServer server("127.0.0.1", certificate);
+        FaultServer plain;
+        server.serve(path, {.body = "film"});
+        plain.serve(path, {.body = "film"});
+        server.redirect("/down", plain.url(path).toEncoded(), 302);
+        CurlFetch trusting(certificate.pem);
+        CurlFetch strict;
+        const auto end = [&](CurlFetch &fetch, const QUrl &url) {
+            const auto receiver = std::make_shared<Receiver>();
+            fetch.start({.url = url}, receiver);
+            if (!QTest::qWaitFor([&] { return receiver->end().has_value(); }))
+                return QString("no end");
+            return receiver->end()->error ? receiver->end()->error->text : QString();
+        };
+        QCOMPARE(end(trusting, server.url(path)), "");
+        QCOMPARE(end(strict, server.url(path)),
+                 "The connection to the server could not be secured.");
+        QCOMPARE(end(trusting, server.url("/down")),
+                 "The server redirects to an address that is not safe.");
+        QCOMPARE(plain.requests().size(), 0);
+    }
+
+    /// A connection that is opened ahead is the one that is used; it is opened again once.
+    void connectsAhead()
+    {
+        FaultServer server;
+        server.serve(path, {.body = "film"});
+        CurlFetch fetch;
+        const auto opened = [&] {
+            return server.count([](const auto &request) { return request.method == "HEAD"; });
+        };
+        const auto connectionOfNext = [&] {
+            const auto receiver = std::make_shared<Receiver>();
+            fetch.start({.url = server.url(path)}, receiver);
+            return QTest::qWaitFor([&] { return receiver->end().has_value(); })
+                       ? server.requests().last().connection
+                       : 0;
+        };
+        fetch.connectAhead(server.url(path));
+        fetch.connectAhead(server.url("/other.mp4"));
+        QTRY_COMPARE(server.openRequests(), 0);
+        QTRY_COMPARE(opened(), 1);
+        fetch.connectAhead(server.url(path));
+        QCOMPARE(connectionOfNext(), 1);
+        QCOMPARE(opened(), 1);
+
+        server.closeIdle(); // of one that was used: nobody opens it again
+        QCOMPARE(connectionOfNext(), 2);
+        server.closeIdle();
+        QTRY_COMPARE(server.openConnections(), 0);
+        fetch.connectAhead(server.url(path));
+        QTRY_COMPARE(opened(), 2);
+        QTRY_COMPARE(server.openRequests(), 0);
+        server.closeIdle();
+        QTRY_COMPARE(opened(), 3);
+        QTRY_COMPARE(server.openRequests(), 0);
+        server.closeIdle();
+        QCOMPARE(connectionOfNext(), 5);
+        QCOMPARE(opened(), 3);
+    }
+
+    /// A server that sends the whole film in place of its part is stopped before it has.
+    void stopsWhatIsNotWanted()
+    {
+        FaultServer server;
+        server.serve(path, {.source = FaultServer::Answer::Source::pattern(1LL << 30)});
+        CurlFetch fetch;
+        const auto receiver = std::make_shared<Receiver>(1LL << 40, true);
+        fetch.start({.url = server.url(path), .range = FetchRange{10, 19}}, receiver);
+        QTRY_VERIFY(receiver->end());
+        QCOMPARE(receiver->end()->head->status, 200);
+        QCOMPARE(receiver->received(), 0);
+        QTRY_COMPARE(server.openConnections(), 0);
+        QVERIFY(server.bytesSent() < 64LL * 1024 * 1024);
+    }
+
+    /// The film's own second is the clock.
+    void yieldsToFilm()
+    {
+        FaultServer server;
+        server.serve(path, {.source = FaultServer::Answer::Source::pattern(1LL << 30)});
+        server.serve("/short.mp4", {.body = QByteArray(200'000, 'f'), .bytesPerSecond = 100'000});
+        CurlFetch fetch;
+        const auto download = std::make_shared<Receiver>();
+        fetch.start({.url = server.url(path), .silenceLimit = 700ms}, download);
+        QTRY_VERIFY(download->received() > 10'000'000);
+        fetch.favourFilm(true);
+        QTest::qWait(50); // it is told on another thread
+        const qint64 before = download->received();
+        const auto film = std::make_shared<Receiver>();
+        fetch.start({.url = server.url("/short.mp4"), .urgency = FetchUrgency::Film}, film);
+        QTRY_VERIFY(film->end());
+        const qint64 meanwhile = download->received() - before;
+        QVERIFY2(meanwhile > 0 && meanwhile < 400'000, qPrintable(QString::number(meanwhile)));
+        QVERIFY(!download->end());
+        fetch.favourFilm(false);
+        QTRY_VERIFY_WITH_TIMEOUT(download->end(), 30'000);
+        QCOMPARE(download->received(), 1LL << 30);
+    }
+
     /// A server that asks for it is left alone, also by those that come later.
     void leavesAlone()
     {
@@ -169,6 +315,7 @@ private Q_SLOTS:
         fetch.start({.url = server.url(path)}, next);
         QTRY_VERIFY(next->end());
         QVERIFY(waited.elapsed() > 1500);
+        QVERIFY(next->heldFor() > 1500ms && next->heldFor() <= 2s);
         QCOMPARE(next->received(), 4);
     }
 
