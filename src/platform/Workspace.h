@@ -12,8 +12,9 @@
 
 namespace tavelo {
 
-/// Hands addresses and files to the user's other applications, never to this one. Nothing blocks.
-/// What is under way ends on its own, also when the workspace is gone.
+/// What the program has to do with the user's desktop: addresses and files that it hands to other
+/// applications, never to itself, and what the system tells. Nothing blocks. What is under way ends
+/// on its own, also when the workspace is gone.
 class Workspace
 {
 public:
@@ -35,6 +36,10 @@ public:
 
     /// Shows the file (absolute path) selected in its folder, or else just the folder.
     virtual QCoro::Task<Outcome> showInFileManager(QString path) = 0;
+
+    /// Whether the line to the network is known to be paid for by what goes over it. Tells within a
+    /// quarter of a second.
+    virtual QCoro::Task<bool> isLineMetered() = 0;
 };
 
 } // namespace tavelo

@@ -37,9 +37,21 @@ QString tailOf(const QString &key)
     return at + 1 < key.size() ? key.sliced(at + 1) : key.first(at);
 }
 
-double startOf(const std::optional<HistoryEntry> &known)
+QString keyOf(const ArchiveFile &file, const MediaItem &item)
 {
-    return known && known->isUnderway() ? known->position : 0;
+    return item.id + separator + file.name;
+}
+
+QString keyOf(const HistoryEntry &entry)
+{
+    return entry.itemID + separator + tailOf(entry.key);
+}
+
+std::optional<QUrl> addressOf(const HistoryEntry &entry)
+{
+    const auto url =
+        entry.isLocal ? std::optional(QUrl::fromLocalFile(entry.source)) : Text::url(entry.source);
+    return url && !url->isEmpty() ? url : std::nullopt;
 }
 
 } // namespace
@@ -70,7 +82,7 @@ QVariant PlaybackCoordinator::nowPlayingVariant() const
 void PlaybackCoordinator::play(const ArchiveFile &file, const MediaItem &item,
                                const QList<ArchiveFile> &subtitles)
 {
-    start({item.id + separator + file.name, file.url(), item.id, item.title, item.thumbnailURL(),
+    start({keyOf(file, item), file.url(), item.id, item.title, item.thumbnailURL(),
            tracksOf(subtitles)});
 }
 
@@ -88,19 +100,32 @@ void PlaybackCoordinator::playLocal(const SavedFile &file)
 
 bool PlaybackCoordinator::playEntry(const HistoryEntry &entry)
 {
-    const auto url =
-        entry.isLocal ? std::optional(QUrl::fromLocalFile(entry.source)) : Text::url(entry.source);
-    if (!url || url->isEmpty())
+    const auto url = addressOf(entry);
+    if (!url)
         return false;
-    start({entry.itemID + separator + tailOf(entry.key),
-           *url,
-           entry.itemID,
-           entry.title,
-           entry.thumbnailURL(),
-           {}});
+    start({keyOf(entry), *url, entry.itemID, entry.title, entry.thumbnailURL(), {}});
     if (entry.isLocal)
         offerSiblings(*url);
     return true;
+}
+
+PlaybackCoordinator::Start PlaybackCoordinator::startOf(const ArchiveFile &file,
+                                                        const MediaItem &item) const
+{
+    return {file.url(), startAt(keyOf(file, item))};
+}
+
+std::optional<PlaybackCoordinator::Start>
+PlaybackCoordinator::startOf(const HistoryEntry &entry) const
+{
+    const auto url = addressOf(entry);
+    return url ? std::optional(Start{*url, startAt(keyOf(entry))}) : std::nullopt;
+}
+
+double PlaybackCoordinator::startAt(const QString &key) const
+{
+    const auto known = m_library.entryFor(key);
+    return known && known->isUnderway() ? known->position : 0;
 }
 
 // The film does not wait for its folder, which may be large or slow.
@@ -127,7 +152,7 @@ void PlaybackCoordinator::start(const Film &film)
     entry.source = entry.isLocal ? film.url.toLocalFile() : film.url.toString(QUrl::FullyEncoded);
     if (!film.thumbnail.isEmpty())
         entry.thumbnail = film.thumbnail.toString(QUrl::FullyEncoded);
-    entry.position = startOf(known);
+    entry.position = startAt(film.key);
     entry.duration = known ? known->duration : 0;
     entry.lastPlayed = QDateTime::currentDateTimeUtc();
     m_library.record(entry);

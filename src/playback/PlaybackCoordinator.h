@@ -35,6 +35,18 @@ public:
     const std::optional<NowPlaying> &nowPlaying() const { return m_nowPlaying; }
     QVariant nowPlayingVariant() const; // null when nothing plays
 
+    /// What would be played, and from which second on.
+    struct Start
+    {
+        QUrl url;
+        double at = 0;
+
+        bool operator==(const Start &) const = default;
+    };
+    Start startOf(const ArchiveFile &file, const MediaItem &item) const;
+    /// Absent when the entry's source is no address.
+    std::optional<Start> startOf(const HistoryEntry &entry) const;
+
     // Each plays from where the history says that the viewer stopped, unless that is in the first
     // 10 seconds or the last twentieth.
     void play(const ArchiveFile &file, const MediaItem &item, const QList<ArchiveFile> &subtitles);
@@ -62,6 +74,7 @@ private:
     };
 
     void start(const Film &film);
+    double startAt(const QString &key) const;
     QCoro::Task<> offerSiblings(QUrl film);
     void timeChanged(double seconds);
     void playingChanged();

@@ -9,6 +9,8 @@
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
 #include <QDir>
 #include <QProcess>
 #include <QSignalSpy>
@@ -27,6 +29,8 @@ QString done(const QString &deed, const QString &object, int patienceMs)
     GioWorkspace workspace{std::chrono::milliseconds(patienceMs)};
     if (deed == "find")
         return awaited(workspace.applicationFor(object)).value_or("none");
+    if (deed == "line")
+        return awaited(workspace.isLineMetered()) ? "metered" : "free";
     const auto error = awaited(deed == "open"  ? workspace.open(object)
                                : deed == "web" ? workspace.openWebPage(QUrl(object))
                                                : workspace.showInFileManager(object));
@@ -57,6 +61,25 @@ public Q_SLOTS:
     {
         shown += uris;
         setDelayedReply(!answers);
+    }
+};
+
+class FakeNetworkManager : public QDBusVirtualObject
+{
+public:
+    std::optional<uint> metered; // absent: it does not answer
+
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override
+    {
+        const QVariantList asked{"org.freedesktop.NetworkManager", "Metered"};
+        if (message.interface() != "org.freedesktop.DBus.Properties" || message.member() != "Get" ||
+            message.arguments() != asked)
+            return false;
+        message.setDelayedReply(true);
+        if (metered)
+            bus.send(message.createReply(QVariant::fromValue(QDBusVariant(*metered))));
+        return true;
     }
 };
 
@@ -302,6 +325,34 @@ private Q_SLOTS:
         else
             QTRY_COMPARE_WITH_TIMEOUT(startedWith("one"), QStringList({"--flag", "/a b"}),
                                       endlessMs);
+    }
+
+    void tellsWhetherTheLineIsMetered_data()
+    {
+        const auto row = columns<QString, std::optional<uint>, QString>("bus", "answer", "line");
+        row("unknown", "system", 0u, "free");
+        row("yes", "system", 1u, "metered");
+        row("no", "system", 2u, "free");
+        row("it seems so", "system", 3u, "metered");
+        row("it seems not", "system", 4u, "free");
+        row("silent", "system", {}, "free");
+        row("nobody to ask", "empty", {}, "free");
+        row("no bus", "none", {}, "free");
+    }
+    void tellsWhetherTheLineIsMetered()
+    {
+        QFETCH(const QString, bus);
+        FakeNetworkManager fake;
+        QFETCH(const std::optional<uint>, answer);
+        fake.metered = answer;
+        auto connection = QDBusConnection::connectToBus(m_bus.address(), "test");
+        QVERIFY(connection.registerVirtualObject("/org/freedesktop/NetworkManager", &fake));
+        if (bus == "system")
+            QVERIFY(connection.registerService("org.freedesktop.NetworkManager"));
+        const auto gone = qScopeGuard([] { QDBusConnection::disconnectFromBus("test"); });
+        m_environment.insert("DBUS_SYSTEM_BUS_ADDRESS",
+                             bus == "none" ? "unix:path=" + path("nowhere") : m_bus.address());
+        QTEST(run("line", {}), "line");
     }
 };
 

@@ -27,6 +27,9 @@ public:
     QCoro::Task<Outcome> open(QString address) override { return hand("open ", address); }
     QCoro::Task<Outcome> openWebPage(QUrl url) override { return hand("web ", url.toString()); }
     QCoro::Task<Outcome> showInFileManager(QString path) override { return hand("show ", path); }
+    QCoro::Task<bool> isLineMetered() override { co_return metered; }
+
+    bool metered = false; // the line to the network
 
 private:
     QCoro::Task<Outcome> hand(QString deed, QString object)

@@ -3,6 +3,7 @@
 #include "platform/desktop/GioWorkspace.h"
 
 #include "platform/ThreadPool.h"
+#include "platform/desktop/MeteredLine.h"
 #include "platform/http/WebAddress.h"
 
 #include <QCoroFuture>
@@ -181,6 +182,13 @@ QCoro::Task<Outcome> GioWorkspace::showInFileManager(QString path)
 {
     const auto outcome = runOnPool([path, patience = m_patience] { return show(path, patience); });
     co_return co_await outcome;
+}
+
+QCoro::Task<bool> GioWorkspace::isLineMetered()
+{
+    const auto metered =
+        runOnPool([] { return tavelo::isLineMetered(std::chrono::milliseconds(250)); });
+    co_return co_await metered;
 }
 
 } // namespace tavelo

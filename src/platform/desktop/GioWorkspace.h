@@ -25,6 +25,7 @@ public:
     QCoro::Task<Outcome> open(QString address) override;
     QCoro::Task<Outcome> openWebPage(QUrl url) override;
     QCoro::Task<Outcome> showInFileManager(QString path) override;
+    QCoro::Task<bool> isLineMetered() override;
 
 private:
     std::chrono::milliseconds m_patience;
