@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "PosterSource.h"
 #include "ResidentMemory.h"
 #include "app/AppState.h"
+#include "loopback/HttpServiceThread.h"
 #include "platform/Workspace.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/http/ServiceHosts.h"
@@ -212,7 +212,15 @@ int main(int argc, char **argv)
     const QTemporaryDir folder;
     StandardFolders::relocate(folder.path());
     const QByteArray picture = poster();
-    const PosterSource posters(picture, latency);
+    HttpServiceThread server;
+    HttpService &posters = server.add();
+    server.run([&] {
+        posters.serveRest([&](const HttpRequest &) -> HttpAnswer {
+            return {.body = picture,
+                    .headers = {{"Content-Type", "image/jpeg"}},
+                    .delay = std::chrono::milliseconds(latency)};
+        });
+    });
     ServiceHosts::replace({.archive = posters.base()});
 
     AppState state({}, nullptr);

@@ -56,7 +56,8 @@ qint64 median(QList<qint64> values)
 int main(int argc, char **argv)
 {
     DemoApplication demo(argc, argv);
-    if (!demo.startServices() || !demo.show())
+    demo.useServices();
+    if (!demo.show())
         return 1;
     AppState &state = demo.application().state();
     if (!QTest::qWaitFor([&] { return !state.popular().isEmpty(); }, 10'000))

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "DemoApplication.h"
-#include "LoopbackSource.h"
 #include "ManyResults.h"
 #include "StallWatch.h"
+#include "loopback/HttpServiceThread.h"
 #include "platform/http/ServiceHosts.h"
 
 #include <QDir>
@@ -45,8 +45,10 @@ public:
     explicit Walk(DemoApplication &demo)
         : m_state(demo.application().state())
         , m_window(*demo.application().window())
-        , m_download(gibibyte)
     {
+        m_thread.run([this] {
+            m_service.serve("/film.mp4", {.source = HttpAnswer::Source::pattern(gibibyte)});
+        });
         m_poll.setInterval(50);
         QObject::connect(&m_poll, &QTimer::timeout, &m_poll, [this] { look(); });
         QObject::connect(&m_keyRepeat, &QTimer::timeout, &m_keyRepeat, [this] {
@@ -131,7 +133,7 @@ private:
         m_steps.append({QStringLiteral("download 1 GiB"),
                         [this] {
                             (void)m_state.downloads()->start(QStringLiteral("Large"),
-                                                             m_download.url(), gibibyte);
+                                                             m_service.url("/film.mp4"), gibibyte);
                             m_state.setSectionName(QStringLiteral("Downloads"));
                         },
                         [this] { return m_state.downloads()->tasks().constLast().isFinished(); }});
@@ -186,7 +188,8 @@ private:
 
     AppState &m_state;
     QQuickWindow &m_window;
-    LoopbackSource m_download;
+    HttpServiceThread m_thread;
+    HttpService &m_service = m_thread.add();
     QList<Step> m_steps;
     qsizetype m_now = 0;
     bool m_late = false;
@@ -214,7 +217,8 @@ void print(QList<Stall> stalls)
 int main(int argc, char **argv)
 {
     DemoApplication demo(argc, argv);
-    if (!demo.startServices() || !demo.show())
+    demo.useServices();
+    if (!demo.show())
         return 1;
     demo.application().window()->resize(1440, 900);
     Walk walk(demo);

@@ -81,7 +81,8 @@ void measureInspector()
 int main(int argc, char **argv)
 {
     DemoApplication demo(argc, argv);
-    if (!demo.startServices() || !demo.show())
+    demo.useServices();
+    if (!demo.show())
         return 1;
     QQuickWindow &window = *demo.application().window();
     window.resize(1440, 900);

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "LoopbackSource.h"
+#include "loopback/HttpServiceThread.h"
 #include "platform/TransferSession.h"
 
 #include <QCoreApplication>
@@ -108,7 +108,13 @@ int main(int argc, char **argv)
     const QTemporaryDir folder(application.arguments().value(1, QDir::tempPath()) +
                                QStringLiteral("/bench_transfer-XXXXXX"));
     const QString target = folder.filePath(QStringLiteral("film.mp4"));
-    const LoopbackSource source(bodyBytes);
+    HttpServiceThread server;
+    HttpService &service = server.add();
+    server.run([&] {
+        service.serve("/film.mp4",
+                      {.ranges = true, .source = HttpAnswer::Source::pattern(bodyBytes)});
+    });
+    const QUrl url = service.url("/film.mp4");
     QEventLoop loop;
     Client client;
     client.ended = [&loop] {
@@ -120,9 +126,9 @@ int main(int argc, char **argv)
     QProcess curl;
     QObject::connect(&curl, &QProcess::finished, &loop, &QEventLoop::quit);
     const auto startCurl = [&] {
-        curl.start(QStringLiteral("curl"), {QStringLiteral("-so"), target, source.url()});
+        curl.start(QStringLiteral("curl"), {QStringLiteral("-so"), target, url.toString()});
     };
-    const auto startOurs = [&] { session.start({QUrl(source.url()), folder.path(), target}); };
+    const auto startOurs = [&] { session.start({url, folder.path(), target}); };
     Figures ours;
     Figures curls;
     for (int round = 0; round < rounds; ++round) {

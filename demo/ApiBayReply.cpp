@@ -60,7 +60,7 @@ QJsonObject placeholder()
 
 } // namespace
 
-DemoReply ApiBayReply::of(const DemoRequest &request, const DemoTorrents &torrents)
+HttpAnswer ApiBayReply::of(const HttpRequest &request, const DemoTorrents &torrents)
 {
     QJsonArray rows;
     for (const DemoTorrent &torrent :
@@ -68,8 +68,7 @@ DemoReply ApiBayReply::of(const DemoRequest &request, const DemoTorrents &torren
         rows.append(row(torrent));
     if (rows.isEmpty())
         rows.append(placeholder());
-    return DemoReply::text(200, QJsonDocument(rows).toJson(QJsonDocument::Compact),
-                           "application/json");
+    return HttpAnswer::json(QJsonDocument(rows));
 }
 
 } // namespace tavelo

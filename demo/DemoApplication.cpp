@@ -14,16 +14,13 @@ DemoApplication::DemoApplication(int &argc, char **argv)
     StandardFolders::relocate(m_folders.path());
 }
 
-bool DemoApplication::startServices()
+void DemoApplication::useServices()
 {
-    if (!m_services.start())
-        return false;
     ServiceHosts hosts;
     hosts.archive = m_services.baseUrl();
     hosts.apibay = m_services.baseUrl();
     hosts.yts = m_services.baseUrl();
     ServiceHosts::replace(hosts);
-    return true;
 }
 
 } // namespace tavelo

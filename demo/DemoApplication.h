@@ -15,8 +15,8 @@ class DemoApplication
 public:
     DemoApplication(int &argc, char **argv);
 
-    /// Starts the services; false when they cannot be.
-    bool startServices();
+    /// Puts the demo's services in place of the public ones; before the window is shown.
+    void useServices();
     bool show() { return m_application.show(); }
     int run() { return m_application.run(); }
 

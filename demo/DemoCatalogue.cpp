@@ -123,20 +123,51 @@ QJsonObject document(const QJsonObject &item, const QStringList &fields)
     return found;
 }
 
+/// The files with what is read off those on this machine: size, time and checksums.
+QJsonArray withMeasures(const QList<QJsonObject> &files, const QStringList &paths,
+                        FileHashes &hashes)
+{
+    QJsonArray measured;
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        QJsonObject file = files[i];
+        const QFileInfo info(paths[i]);
+        file.insert(QLatin1String("size"), QString::number(info.size()));
+        file.insert(QLatin1String("mtime"),
+                    QString::number(info.lastModified().toSecsSinceEpoch()));
+        const FileHashes::Hashes sums = hashes.of(paths[i]);
+        file.insert(QLatin1String("md5"), sums.md5);
+        file.insert(QLatin1String("sha1"), sums.sha1);
+        measured.append(file);
+    }
+    return measured;
+}
+
+QByteArray described(QJsonObject document, QJsonArray files, const QJsonObject &torrent)
+{
+    qint64 bytes = 0;
+    for (const QJsonValue &file : files)
+        bytes += file[QLatin1String("size")].toString().toLongLong();
+    files.append(torrent);
+    document.insert(QLatin1String("files"), files);
+    document.insert(QLatin1String("files_count"), files.size());
+    document.insert(QLatin1String("item_size"), bytes);
+    return QJsonDocument(document).toJson(QJsonDocument::Compact);
+}
+
 } // namespace
 
 DemoCatalogue::DemoCatalogue(QString filmsFolder)
     : m_filmsFolder(std::move(filmsFolder))
 {
     QFile file(QStringLiteral(":/demo/catalogue.json"));
-    if (file.open(QIODevice::ReadOnly))
-        m_items = QJsonDocument::fromJson(file.readAll())
-                      .object()
-                      .value(QLatin1String("items"))
-                      .toArray();
+    if (file.open(QIODevice::ReadOnly)) {
+        const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
+        m_items = root.value(QLatin1String("items")).toArray();
+        m_lengths = root.value(QLatin1String("lengths")).toObject();
+    }
 }
 
-QByteArray DemoCatalogue::search(const QUrlQuery &query) const
+QJsonObject DemoCatalogue::search(const QUrlQuery &query) const
 {
     const QString q = valuesOf(query, "q").value(0);
     const QString sort = valuesOf(query, "sort[]").value(0);
@@ -159,48 +190,76 @@ QByteArray DemoCatalogue::search(const QUrlQuery &query) const
     const QJsonObject header{{QStringLiteral("status"), 0},
                              {QStringLiteral("QTime"), 1},
                              {QStringLiteral("params"), QJsonObject{{QStringLiteral("q"), q}}}};
-    return QJsonDocument(QJsonObject{{QStringLiteral("responseHeader"), header},
-                                     {QStringLiteral("response"), response}})
-        .toJson(QJsonDocument::Compact);
+    return {{QStringLiteral("responseHeader"), header}, {QStringLiteral("response"), response}};
 }
 
-QByteArray DemoCatalogue::metadata(const QString &id) const
+std::function<QByteArray()> DemoCatalogue::metadata(const QString &id, const QString &folder,
+                                                    const QStringList &hosts) const
 {
     const auto found = item(id);
     if (!found)
-        return "{}";
-    QJsonArray files;
-    qint64 bytes = 0;
-    for (const QJsonValue &value : found->value(QLatin1String("files")).toArray()) {
-        QJsonObject file = value.toObject();
-        const QFileInfo info(pathOf(file.take(QLatin1String("film")).toString()));
-        bytes += info.size();
-        file.insert(QLatin1String("source"),
-                    QLatin1String(files.isEmpty() ? "original" : "derivative"));
-        file.insert(QLatin1String("size"), QString::number(info.size()));
-        file.insert(QLatin1String("mtime"),
-                    QString::number(info.lastModified().toSecsSinceEpoch()));
-        files.append(file);
-    }
-    files.append(QJsonObject{{QStringLiteral("name"), torrentName(id)},
-                             {QStringLiteral("source"), QStringLiteral("metadata")},
-                             {QStringLiteral("format"), QStringLiteral("Archive BitTorrent")},
-                             {QStringLiteral("size"), QString::number(torrentOf(*found).size())}});
+        return [] { return QByteArray("{}"); };
+    QList<QJsonObject> files = filesOf(*found);
+    QStringList paths;
+    for (QJsonObject &file : files)
+        paths.append(pathOf(file.take(QLatin1String("film")).toString()));
+    const QJsonObject torrent{{QStringLiteral("name"), torrentName(id)},
+                              {QStringLiteral("source"), QStringLiteral("metadata")},
+                              {QStringLiteral("format"), QStringLiteral("Archive BitTorrent")},
+                              {QStringLiteral("size"), QString::number(torrentOf(*found).size())}};
     QJsonObject metadata = metadataOf(*found);
     metadata.insert(QLatin1String("collection"), found->value(QLatin1String("collection")));
-    return QJsonDocument(QJsonObject{{QStringLiteral("metadata"), metadata},
-                                     {QStringLiteral("files"), files},
-                                     {QStringLiteral("files_count"), files.size()},
-                                     {QStringLiteral("item_size"), bytes}})
-        .toJson(QJsonDocument::Compact);
+    const QJsonObject document{
+        {QStringLiteral("metadata"), metadata},
+        {QStringLiteral("d1"), hosts.first()},
+        {QStringLiteral("d2"), hosts.last()},
+        {QStringLiteral("server"), hosts.first()},
+        {QStringLiteral("workable_servers"), QJsonArray::fromStringList(hosts)},
+        {QStringLiteral("dir"), folder}};
+    return [=, hashes = m_hashes] {
+        return described(document, withMeasures(files, paths, *hashes), torrent);
+    };
+}
+
+QList<QJsonObject> DemoCatalogue::filesOf(const QJsonObject &item) const
+{
+    QList<QJsonObject> files;
+    for (const QJsonValue &value : item.value(QLatin1String("files")).toArray()) {
+        QJsonObject file = value.toObject();
+        const QJsonValue length = m_lengths.value(file.value(QLatin1String("film")).toString());
+        if (length.isString())
+            file.insert(QLatin1String("length"), length);
+        file.insert(QLatin1String("source"),
+                    QLatin1String(files.isEmpty() ? "original" : "derivative"));
+        files.append(file);
+    }
+    return files + thumbnailsOf(item);
+}
+
+QList<QJsonObject> DemoCatalogue::thumbnailsOf(const QJsonObject &item) const
+{
+    QList<QJsonObject> thumbnails;
+    const QString film = item[QLatin1String("files")][0][QLatin1String("name")].toString();
+    const QString stem = film.section(QLatin1Char('.'), 0, -2);
+    const QString picture = item.value(QLatin1String("poster")).toString();
+    for (const QJsonValue &second : item.value(QLatin1String("thumbnails")).toArray()) {
+        const QString place =
+            QStringLiteral("_%1.jpg").arg(second.toInt(), 6, 10, QLatin1Char('0'));
+        thumbnails.append(
+            {{QStringLiteral("name"), idOf(item) + QLatin1String(".thumbs/") + stem + place},
+             {QStringLiteral("format"), QStringLiteral("Thumbnail")},
+             {QStringLiteral("source"), QStringLiteral("derivative")},
+             {QStringLiteral("original"), film},
+             {QStringLiteral("film"), picture + place}});
+    }
+    return thumbnails;
 }
 
 std::optional<QString> DemoCatalogue::filePath(const QString &id, const QString &name) const
 {
-    const QJsonObject found = item(id).value_or(QJsonObject());
-    for (const QJsonValue &file : found.value(QLatin1String("files")).toArray()) {
-        if (file[QLatin1String("name")].toString() == name)
-            return pathOf(file[QLatin1String("film")].toString());
+    for (const QJsonObject &file : filesOf(item(id).value_or(QJsonObject()))) {
+        if (file.value(QLatin1String("name")).toString() == name)
+            return pathOf(file.value(QLatin1String("film")).toString());
     }
     return {};
 }

@@ -2,11 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "FileHashes.h"
+
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 #include <QUrlQuery>
 
+#include <functional>
+#include <memory>
 #include <optional>
 
 namespace tavelo {
@@ -19,9 +23,11 @@ public:
     explicit DemoCatalogue(QString filmsFolder);
 
     /// The answer to an advanced search, by the clauses that Tavelo sends.
-    QByteArray search(const QUrlQuery &query) const;
-    /// An item's metadata document; "{}" for an unknown identifier.
-    QByteArray metadata(const QString &id) const;
+    QJsonObject search(const QUrlQuery &query) const;
+    /// What makes an item's metadata document, which takes its time and may be run on any thread;
+    /// the document is "{}" for an unknown identifier. The item lies in `folder` on `hosts`.
+    std::function<QByteArray()> metadata(const QString &id, const QString &folder,
+                                         const QStringList &hosts) const;
     /// Where a file of an item lies; absent when there is none of that name.
     std::optional<QString> filePath(const QString &id, const QString &name) const;
     /// The .torrent file of all an item's files; absent when it is not called `name`.
@@ -31,10 +37,15 @@ public:
 
 private:
     std::optional<QJsonObject> item(const QString &id) const;
+    /// As they are described, each with the "film" that it is on this machine.
+    QList<QJsonObject> filesOf(const QJsonObject &item) const;
+    QList<QJsonObject> thumbnailsOf(const QJsonObject &item) const;
     QByteArray torrentOf(const QJsonObject &item) const;
     QString pathOf(const QString &film) const;
 
     QString m_filmsFolder;
+    QJsonObject m_lengths; // of the films, in seconds
+    const std::shared_ptr<FileHashes> m_hashes = std::make_shared<FileHashes>();
     QJsonArray m_items;
 };
 

@@ -2,20 +2,35 @@
 // SPDX-License-Identifier: MIT
 #include "DemoRoutes.h"
 
+#include "DemoPage.h"
+
 #include <array>
 
 namespace tavelo {
 
-DemoRoutes::DemoRoutes(const QString &filmsFolder)
-    : m_catalogue(filmsFolder)
+namespace {
+
+/// Of which a node's folder for an item is made.
+constexpr const char *itemsFolder = "/7/items/";
+
+bool isReading(const HttpRequest &request)
+{
+    return request.method == "GET" || request.method == "HEAD";
+}
+
+} // namespace
+
+DemoRoutes::DemoRoutes(const QString &filmsFolder, const QStringList &nodes)
+    : m_nodes(nodes)
+    , m_catalogue(filmsFolder)
 {}
 
-DemoReply DemoRoutes::answer(const DemoRequest &request) const
+HttpAnswer DemoRoutes::answer(const HttpRequest &request) const
 {
     struct Route
     {
         QLatin1String prefix;
-        DemoReply (DemoRoutes::*answer)(const DemoRequest &, const QString &) const;
+        HttpAnswer (DemoRoutes::*answer)(const HttpRequest &, const QString &) const;
     };
     static const std::array routes{
         Route{QLatin1String("/advancedsearch.php"), &DemoRoutes::search},
@@ -24,8 +39,8 @@ DemoReply DemoRoutes::answer(const DemoRequest &request) const
         Route{QLatin1String("/services/img/"), &DemoRoutes::poster},
         Route{QLatin1String("/details/"), &DemoRoutes::page},
     };
-    if (request.method != "GET" && request.method != "HEAD")
-        return DemoReply::text(405, "Only to be read.", "text/plain");
+    if (!isReading(request))
+        return {.body = "Only to be read.", .status = 405, .close = true};
     const QString path = request.path();
     for (const Route &route : routes) {
         if (path.startsWith(route.prefix))
@@ -34,43 +49,71 @@ DemoReply DemoRoutes::answer(const DemoRequest &request) const
     return m_torrents.answer(request);
 }
 
-DemoReply DemoRoutes::search(const DemoRequest &request, const QString &rest) const
+HttpAnswer DemoRoutes::search(const HttpRequest &request, const QString &rest) const
 {
     if (!rest.isEmpty())
-        return DemoReply::notFound();
-    return DemoReply::text(200, m_catalogue.search(request.query()), "application/json");
+        return HttpAnswer::notFound();
+    return HttpAnswer::json(QJsonDocument(m_catalogue.search(request.query())));
 }
 
-DemoReply DemoRoutes::metadata(const DemoRequest &, const QString &rest) const
+HttpAnswer DemoRoutes::metadata(const HttpRequest &, const QString &rest) const
 {
-    return DemoReply::text(200, m_catalogue.metadata(rest), "application/json");
+    QStringList hosts;
+    for (const QString &node : m_nodes)
+        hosts.append(QUrl(node).authority());
+    return {.headers = {{"Content-Type", "application/json"}},
+            .slowBody = m_catalogue.metadata(rest, QLatin1String(itemsFolder) + rest, hosts)};
 }
 
-DemoReply DemoRoutes::download(const DemoRequest &request, const QString &rest) const
+HttpAnswer DemoRoutes::download(const HttpRequest &request, const QString &rest) const
 {
-    const QString id = rest.section(QLatin1Char('/'), 0, 0);
-    const QString name = rest.section(QLatin1Char('/'), 1);
+    if (fileAnswer(rest).status == 404)
+        return HttpAnswer::notFound();
+    const QString &node = m_nodes[(request.ordinal - 1) % m_nodes.size()];
+    const QByteArray query = request.target.sliced(request.encodedPath().size());
+    return {.status = 302,
+            .headers = {{"Location", node.toLatin1() + itemsFolder +
+                                         rest.toUtf8().toPercentEncoding("/") + query}}};
+}
+
+HttpAnswer DemoRoutes::file(const HttpRequest &request) const
+{
+    const QString path = request.path();
+    return path.startsWith(QLatin1String(itemsFolder)) && isReading(request)
+               ? fileAnswer(path.sliced(qsizetype(qstrlen(itemsFolder))))
+               : HttpAnswer::notFound();
+}
+
+QByteArray DemoRoutes::addressOf(const HttpRequest &toNode)
+{
+    return QByteArray(toNode.target).replace(itemsFolder, "/download/");
+}
+
+HttpAnswer DemoRoutes::fileAnswer(const QString &idAndName) const
+{
+    const QString id = idAndName.section(QLatin1Char('/'), 0, 0);
+    const QString name = idAndName.section(QLatin1Char('/'), 1);
     if (const auto torrent = m_catalogue.torrent(id, name))
-        return DemoReply::text(200, *torrent, "application/x-bittorrent");
+        return HttpAnswer::text(200, *torrent, "application/x-bittorrent");
     const auto path = m_catalogue.filePath(id, name);
-    return path ? DemoReply::ofFile(*path, request) : DemoReply::notFound();
+    return path ? HttpAnswer::ofFile(*path) : HttpAnswer::notFound();
 }
 
-DemoReply DemoRoutes::poster(const DemoRequest &request, const QString &rest) const
+HttpAnswer DemoRoutes::poster(const HttpRequest &, const QString &rest) const
 {
     const auto path = m_catalogue.posterPath(rest);
-    return path ? DemoReply::ofFile(*path, request) : DemoReply::notFound();
+    return path ? HttpAnswer::ofFile(*path) : HttpAnswer::notFound();
 }
 
-DemoReply DemoRoutes::page(const DemoRequest &, const QString &rest) const
+HttpAnswer DemoRoutes::page(const HttpRequest &, const QString &rest) const
 {
     const auto title = m_catalogue.title(rest);
     if (!title)
-        return DemoReply::notFound();
+        return HttpAnswer::notFound();
     const QString id = QString::fromLatin1(rest.toUtf8().toPercentEncoding());
-    return DemoReply::page(*title, QStringLiteral("<img src=\"/services/img/%1\" alt=\"\">"
-                                                  "<p>An item's page in the demo.</p>")
-                                       .arg(id));
+    return DemoPage::of(*title, QStringLiteral("<img src=\"/services/img/%1\" alt=\"\">"
+                                               "<p>An item's page in the demo.</p>")
+                                    .arg(id));
 }
 
 } // namespace tavelo

@@ -3,8 +3,6 @@
 #pragma once
 
 #include "DemoCatalogue.h"
-#include "DemoReply.h"
-#include "DemoRequest.h"
 #include "TorrentRoutes.h"
 
 namespace tavelo {
@@ -13,18 +11,26 @@ namespace tavelo {
 class DemoRoutes
 {
 public:
-    explicit DemoRoutes(const QString &filmsFolder);
+    /// `nodes`: scheme, host and port of each host that has the files.
+    DemoRoutes(const QString &filmsFolder, const QStringList &nodes);
 
-    DemoReply answer(const DemoRequest &request) const;
+    /// On the catalogue's own host.
+    HttpAnswer answer(const HttpRequest &request) const;
+    /// On a node.
+    HttpAnswer file(const HttpRequest &request) const;
+    /// The download address on the catalogue's host, path and query, that leads to a node's file.
+    static QByteArray addressOf(const HttpRequest &toNode);
 
 private:
     // `rest` is what follows the route's prefix, decoded.
-    DemoReply search(const DemoRequest &request, const QString &rest) const;
-    DemoReply metadata(const DemoRequest &request, const QString &rest) const;
-    DemoReply download(const DemoRequest &request, const QString &rest) const;
-    DemoReply poster(const DemoRequest &request, const QString &rest) const;
-    DemoReply page(const DemoRequest &request, const QString &rest) const;
+    HttpAnswer search(const HttpRequest &request, const QString &rest) const;
+    HttpAnswer metadata(const HttpRequest &request, const QString &rest) const;
+    HttpAnswer download(const HttpRequest &request, const QString &rest) const;
+    HttpAnswer poster(const HttpRequest &request, const QString &rest) const;
+    HttpAnswer fileAnswer(const QString &idAndName) const;
+    HttpAnswer page(const HttpRequest &request, const QString &rest) const;
 
+    const QStringList m_nodes;
     DemoCatalogue m_catalogue;
     TorrentRoutes m_torrents;
 };

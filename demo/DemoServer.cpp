@@ -2,45 +2,61 @@
 // SPDX-License-Identifier: MIT
 #include "DemoServer.h"
 
-#include "DemoConnection.h"
+#include <algorithm>
 
 namespace tavelo {
 
 DemoServer::DemoServer(const QString &filmsFolder)
-    : m_routes(filmsFolder)
+    : m_catalogue(m_thread.add())
+    , m_nodes{&m_thread.add(QStringLiteral("localhost")),
+              &m_thread.add(QStringLiteral("127.0.0.2"))}
+    , m_routes(filmsFolder, {m_nodes[0]->base(), m_nodes[1]->base()})
 {
-    m_thread.setObjectName(QStringLiteral("demo services"));
-    m_context.moveToThread(&m_thread);
+    m_thread.run([this] {
+        m_catalogue.serveRest([this](const HttpRequest &request) {
+            return faulty(m_routes.answer(request), request, request.target, -1);
+        });
+        for (int node = 0; node < int(m_nodes.size()); ++node)
+            m_nodes[size_t(node)]->serveRest([this, node](const HttpRequest &request) {
+                return faulty(m_routes.file(request), request, DemoRoutes::addressOf(request),
+                              node);
+            });
+    });
 }
 
 DemoServer::~DemoServer()
 {
-    if (m_thread.isRunning()) {
-        // Sockets and listener end where they live.
-        QMetaObject::invokeMethod(
-            &m_context, [this] { qDeleteAll(m_context.children()); }, Qt::BlockingQueuedConnection);
-    }
-    m_thread.quit();
-    m_thread.wait();
+    m_thread.stop(); // what its services use goes next
 }
 
-bool DemoServer::start()
+HttpAnswer DemoServer::faulty(HttpAnswer answer, const HttpRequest &request,
+                              const QByteArray &address, int node) const
 {
-    m_thread.start();
-    QMetaObject::invokeMethod(
-        &m_context, [this] { listen(); }, Qt::BlockingQueuedConnection);
-    return !m_baseUrl.isEmpty();
+    return m_faults.concern(address, node) ? m_faults.applied(std::move(answer), request) : answer;
 }
 
-void DemoServer::listen()
+void DemoServer::setFaults(const DemoFaults &faults)
 {
-    auto *server = new QTcpServer(&m_context);
-    if (!server->listen(QHostAddress::LocalHost))
-        return;
-    m_baseUrl = QStringLiteral("http://127.0.0.1:%1").arg(server->serverPort());
-    QObject::connect(server, &QTcpServer::newConnection, server, [this, server] {
-        while (QTcpSocket *socket = server->nextPendingConnection())
-            new DemoConnection(socket, m_routes, m_controls, &m_context);
+    m_thread.run([&] { m_faults = faults; });
+}
+
+QList<HttpRequest> DemoServer::requests()
+{
+    return m_thread.run([this] {
+        QList<HttpRequest> all = m_catalogue.requests();
+        for (const HttpService *node : m_nodes)
+            all += node->requests();
+        std::ranges::stable_sort(all, {}, &HttpRequest::arrival);
+        return all;
+    });
+}
+
+void DemoServer::forgetRequests()
+{
+    m_thread.run([this] {
+        m_catalogue.forgetRequests();
+        for (HttpService *node : m_nodes)
+            node->forgetRequests();
     });
 }
 

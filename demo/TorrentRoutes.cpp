@@ -3,6 +3,7 @@
 #include "TorrentRoutes.h"
 
 #include "ApiBayReply.h"
+#include "DemoPage.h"
 #include "TorznabReply.h"
 #include "YtsReply.h"
 
@@ -13,20 +14,20 @@ namespace tavelo {
 
 namespace {
 
-DemoReply pageOf(const DemoTorrent &torrent, const QString &title)
+HttpAnswer pageOf(const DemoTorrent &torrent, const QString &title)
 {
-    return DemoReply::page(title, QStringLiteral("<p><a href=\"%1\">%2</a></p>")
-                                      .arg(torrent.filePath(), torrent.name.toHtmlEscaped()));
+    return DemoPage::of(title, QStringLiteral("<p><a href=\"%1\">%2</a></p>")
+                                   .arg(torrent.filePath(), torrent.name.toHtmlEscaped()));
 }
 
 } // namespace
 
-DemoReply TorrentRoutes::answer(const DemoRequest &request) const
+HttpAnswer TorrentRoutes::answer(const HttpRequest &request) const
 {
     struct Route
     {
         QLatin1String prefix;
-        DemoReply (TorrentRoutes::*answer)(const DemoRequest &, const QString &) const;
+        HttpAnswer (TorrentRoutes::*answer)(const HttpRequest &, const QString &) const;
     };
     static const std::array routes{
         Route{QLatin1String("/q.php"), &TorrentRoutes::apiBay},
@@ -42,48 +43,48 @@ DemoReply TorrentRoutes::answer(const DemoRequest &request) const
         if (path.startsWith(route.prefix))
             return (this->*route.answer)(request, path.sliced(route.prefix.size()));
     }
-    return DemoReply::notFound();
+    return HttpAnswer::notFound();
 }
 
-DemoReply TorrentRoutes::apiBay(const DemoRequest &request, const QString &rest) const
+HttpAnswer TorrentRoutes::apiBay(const HttpRequest &request, const QString &rest) const
 {
-    return rest.isEmpty() ? ApiBayReply::of(request, m_torrents) : DemoReply::notFound();
+    return rest.isEmpty() ? ApiBayReply::of(request, m_torrents) : HttpAnswer::notFound();
 }
 
-DemoReply TorrentRoutes::yts(const DemoRequest &request, const QString &rest) const
+HttpAnswer TorrentRoutes::yts(const HttpRequest &request, const QString &rest) const
 {
-    return rest.isEmpty() ? YtsReply::of(request, m_torrents) : DemoReply::notFound();
+    return rest.isEmpty() ? YtsReply::of(request, m_torrents) : HttpAnswer::notFound();
 }
 
-DemoReply TorrentRoutes::torznab(const DemoRequest &request, const QString &rest) const
+HttpAnswer TorrentRoutes::torznab(const HttpRequest &request, const QString &rest) const
 {
     const QString indexer = rest.section(QLatin1Char('/'), 0, 0);
     return rest.sliced(indexer.size()) == QLatin1String("/api")
                ? TorznabReply::of(request, indexer, m_torrents)
-               : DemoReply::notFound();
+               : HttpAnswer::notFound();
 }
 
-DemoReply TorrentRoutes::torrentFile(const DemoRequest &, const QString &rest) const
+HttpAnswer TorrentRoutes::torrentFile(const HttpRequest &, const QString &rest) const
 {
     const QLatin1String suffix(".torrent");
     const auto torrent =
         m_torrents.withHash(rest.endsWith(suffix) ? rest.chopped(suffix.size()) : rest);
-    return torrent ? DemoReply::text(200, torrent->metainfo.file, "application/x-bittorrent")
-                   : DemoReply::notFound();
+    return torrent ? HttpAnswer::text(200, torrent->metainfo.file, "application/x-bittorrent")
+                   : HttpAnswer::notFound();
 }
 
-DemoReply TorrentRoutes::filmPage(const DemoRequest &, const QString &rest) const
+HttpAnswer TorrentRoutes::filmPage(const HttpRequest &, const QString &rest) const
 {
     const auto torrent = std::ranges::find_if(
         m_torrents.all(), [&](const DemoTorrent &one) { return one.filmSlug() == rest; });
-    return torrent == m_torrents.all().end() ? DemoReply::notFound()
+    return torrent == m_torrents.all().end() ? HttpAnswer::notFound()
                                              : pageOf(*torrent, torrent->longFilmTitle());
 }
 
-DemoReply TorrentRoutes::releasePage(const DemoRequest &, const QString &rest) const
+HttpAnswer TorrentRoutes::releasePage(const HttpRequest &, const QString &rest) const
 {
     const auto torrent = m_torrents.withHash(rest);
-    return torrent ? pageOf(*torrent, torrent->name) : DemoReply::notFound();
+    return torrent ? pageOf(*torrent, torrent->name) : HttpAnswer::notFound();
 }
 
 } // namespace tavelo

@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DemoReply.h"
 #include "DemoTorrents.h"
+#include "loopback/HttpAnswer.h"
+#include "loopback/HttpRequest.h"
 
 namespace tavelo {
 
@@ -13,16 +14,16 @@ class TorrentRoutes
 {
 public:
     /// To a request that reads; 404 for all that is not theirs.
-    DemoReply answer(const DemoRequest &request) const;
+    HttpAnswer answer(const HttpRequest &request) const;
 
 private:
     // `rest` is what follows the route's prefix, decoded.
-    DemoReply apiBay(const DemoRequest &request, const QString &rest) const;
-    DemoReply yts(const DemoRequest &request, const QString &rest) const;
-    DemoReply torznab(const DemoRequest &request, const QString &rest) const;
-    DemoReply torrentFile(const DemoRequest &request, const QString &rest) const;
-    DemoReply filmPage(const DemoRequest &request, const QString &rest) const;
-    DemoReply releasePage(const DemoRequest &request, const QString &rest) const;
+    HttpAnswer apiBay(const HttpRequest &request, const QString &rest) const;
+    HttpAnswer yts(const HttpRequest &request, const QString &rest) const;
+    HttpAnswer torznab(const HttpRequest &request, const QString &rest) const;
+    HttpAnswer torrentFile(const HttpRequest &request, const QString &rest) const;
+    HttpAnswer filmPage(const HttpRequest &request, const QString &rest) const;
+    HttpAnswer releasePage(const HttpRequest &request, const QString &rest) const;
 
     DemoTorrents m_torrents;
 };

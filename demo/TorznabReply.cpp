@@ -10,12 +10,12 @@ namespace {
 
 const QLatin1String apiKey("demo-key");
 
-DemoReply document(const QByteArray &xml)
+HttpAnswer document(const QByteArray &xml)
 {
-    return DemoReply::text(200, xml, "application/rss+xml; charset=utf-8");
+    return HttpAnswer::text(200, xml, "application/rss+xml; charset=utf-8");
 }
 
-DemoReply error(int code, const QString &description)
+HttpAnswer error(int code, const QString &description)
 {
     QByteArray text;
     QXmlStreamWriter xml(&text);
@@ -27,7 +27,7 @@ DemoReply error(int code, const QString &description)
     return document(text);
 }
 
-DemoReply channel(const QString &indexer, const QString &base, const QList<DemoTorrent> &found)
+HttpAnswer channel(const QString &indexer, const QString &base, const QList<DemoTorrent> &found)
 {
     QByteArray text;
     QXmlStreamWriter xml(&text);
@@ -49,15 +49,15 @@ DemoReply channel(const QString &indexer, const QString &base, const QList<DemoT
 
 } // namespace
 
-DemoReply TorznabReply::of(const DemoRequest &request, const QString &indexer,
-                           const DemoTorrents &torrents)
+HttpAnswer TorznabReply::of(const HttpRequest &request, const QString &indexer,
+                            const DemoTorrents &torrents)
 {
     const QJsonObject description = torrents.indexer(indexer);
     const int status = description[QLatin1String("status")].toInt();
     if (description.isEmpty())
-        return DemoReply::notFound();
+        return HttpAnswer::notFound();
     if (status != 0)
-        return DemoReply::text(status, "This indexer is broken.", "text/plain");
+        return HttpAnswer::text(status, "This indexer is broken.", "text/plain");
     if (request.queryValue("apikey") != apiKey)
         return error(100, QStringLiteral("Invalid API Key"));
     const QString function = request.queryValue("t");
@@ -65,9 +65,9 @@ DemoReply TorznabReply::of(const DemoRequest &request, const QString &indexer,
         return error(200, QStringLiteral("Missing parameter (t)"));
     if (function != QLatin1String("search"))
         return error(202, QStringLiteral("No such function"));
-    DemoReply reply =
+    HttpAnswer reply =
         channel(indexer, request.base(), torrents.found(indexer, request.queryValue("q")));
-    reply.latency = description[QLatin1String("latency")].toInt();
+    reply.delay = std::chrono::milliseconds(description[QLatin1String("latency")].toInt());
     return reply;
 }
 

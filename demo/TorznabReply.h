@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DemoReply.h"
 #include "DemoTorrents.h"
+#include "loopback/HttpAnswer.h"
+#include "loopback/HttpRequest.h"
 
 namespace tavelo {
 
@@ -14,8 +15,8 @@ namespace tavelo {
 class TorznabReply
 {
 public:
-    static DemoReply of(const DemoRequest &request, const QString &indexer,
-                        const DemoTorrents &torrents);
+    static HttpAnswer of(const HttpRequest &request, const QString &indexer,
+                         const DemoTorrents &torrents);
 };
 
 } // namespace tavelo

@@ -84,7 +84,7 @@ QJsonArray movies(const QList<DemoTorrent> &found, const QString &base)
 
 } // namespace
 
-DemoReply YtsReply::of(const DemoRequest &request, const DemoTorrents &torrents)
+HttpAnswer YtsReply::of(const HttpRequest &request, const DemoTorrents &torrents)
 {
     QJsonArray all = movies(torrents.found(QStringLiteral("yts"), request.queryValue("query_term")),
                             request.base());
@@ -102,8 +102,7 @@ DemoReply YtsReply::of(const DemoRequest &request, const DemoTorrents &torrents)
         {QStringLiteral("status_message"), QStringLiteral("Query was successful")},
         {QStringLiteral("data"), data},
         {QStringLiteral("@meta"), QJsonObject{{QStringLiteral("api_version"), 2}}}};
-    return DemoReply::text(200, QJsonDocument(root).toJson(QJsonDocument::Compact),
-                           "application/json");
+    return HttpAnswer::json(QJsonDocument(root));
 }
 
 } // namespace tavelo

@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "DemoReply.h"
 #include "DemoTorrents.h"
+#include "loopback/HttpAnswer.h"
+#include "loopback/HttpRequest.h"
 
 namespace tavelo {
 
@@ -11,7 +12,7 @@ namespace tavelo {
 class YtsReply
 {
 public:
-    static DemoReply of(const DemoRequest &request, const DemoTorrents &torrents);
+    static HttpAnswer of(const HttpRequest &request, const DemoTorrents &torrents);
 };
 
 } // namespace tavelo

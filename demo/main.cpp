@@ -5,5 +5,6 @@
 int main(int argc, char **argv)
 {
     tavelo::DemoApplication demo(argc, argv);
-    return demo.startServices() && demo.show() ? demo.run() : 1;
+    demo.useServices();
+    return demo.show() ? demo.run() : 1;
 }

@@ -57,6 +57,11 @@ HttpAnswer HttpAnswer::text(int status, const QByteArray &body, const QByteArray
     return {.body = body, .status = status, .headers = {{"Content-Type", type}}};
 }
 
+HttpAnswer HttpAnswer::json(const QJsonDocument &document)
+{
+    return text(200, document.toJson(QJsonDocument::Compact), "application/json");
+}
+
 HttpAnswer HttpAnswer::ofFile(const QString &path)
 {
     auto file = std::make_shared<QFile>(path);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonDocument>
 #include <QList>
 #include <QString>
 
@@ -52,6 +53,7 @@ struct HttpAnswer
     qint64 size() const { return source ? source->size : body.size(); }
 
     static HttpAnswer text(int status, const QByteArray &body, const QByteArray &type);
+    static HttpAnswer json(const QJsonDocument &document);
     static HttpAnswer notFound() { return text(404, "Not here.", "text/plain"); }
     /// With ranges and both validators; 404 when there is no such file.
     static HttpAnswer ofFile(const QString &path);

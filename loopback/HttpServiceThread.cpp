@@ -11,8 +11,10 @@ HttpServiceThread::HttpServiceThread()
     m_thread.start();
 }
 
-HttpServiceThread::~HttpServiceThread()
+void HttpServiceThread::stop()
 {
+    if (!m_thread.isRunning())
+        return;
     run([this] { qDeleteAll(m_context.children()); });
     m_thread.quit();
     m_thread.wait();

@@ -16,7 +16,7 @@ class HttpServiceThread
 {
 public:
     HttpServiceThread();
-    ~HttpServiceThread();
+    ~HttpServiceThread() { stop(); }
     Q_DISABLE_COPY_MOVE(HttpServiceThread)
 
     /// Makes a service on the thread, with the arguments of its constructor. It ends with this.
@@ -29,6 +29,9 @@ public:
             return service;
         });
     }
+
+    /// Ends the services, and the thread.
+    void stop();
 
     /// Everything else that is done with a service is done by this: waits until the thread has run
     /// `work`, and gives its result.

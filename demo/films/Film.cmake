@@ -74,6 +74,22 @@ function(tavelo_film file seconds picture shown small title sound)
   set_property(GLOBAL APPEND PROPERTY TAVELO_FILM_FILES ${TAVELO_FILMS}/${file})
 endfunction()
 
+# tavelo_thumbnails(FILE SECOND…) : small pictures of a film, STEM_000030.jpg and so on.
+function(tavelo_thumbnails file)
+  get_filename_component(stem ${file} NAME_WE)
+  foreach(second ${ARGN})
+    string(LENGTH ${second} digits)
+    math(EXPR missing "6-${digits}")
+    string(REPEAT 0 ${missing} zeros)
+    set(picture ${TAVELO_FILMS}/${stem}_${zeros}${second}.jpg)
+    add_custom_command(OUTPUT ${picture}
+      COMMAND ${ffmpeg} -ss ${second} -i ${TAVELO_FILMS}/${file} -frames:v 1 -vf scale=160:-2
+        -q:v 5 -pix_fmt yuvj420p ${exact} ${picture}
+      DEPENDS ${TAVELO_FILMS}/${file} VERBATIM)
+    set_property(GLOBAL APPEND PROPERTY TAVELO_FILM_FILES ${picture})
+  endforeach()
+endfunction()
+
 # Options for an input that hums the given tones, which return to where they were after 20 s.
 function(chord variable)
   set(inputs)

@@ -35,7 +35,8 @@ int main(int argc, char **argv)
         return 2;
     }
     demo.services().setFaults({.status = 503});
-    if (!demo.startServices() || !demo.show())
+    demo.useServices();
+    if (!demo.show())
         return 1;
     const QString folder = QDir(arguments[1]).filePath(folderOf(arguments[2]));
     return Tour(&demo, folder, sizeOf(arguments[2])).walk() ? 0 : 1;

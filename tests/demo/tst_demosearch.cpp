@@ -45,7 +45,6 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(m_services.start());
         StandardFolders::relocate(m_folder.path());
         const QString base = m_services.baseUrl();
         ServiceHosts::replace({.archive = base, .apibay = base, .yts = base});

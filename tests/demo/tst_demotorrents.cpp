@@ -3,8 +3,6 @@
 #include "DemoServer.h"
 #include "testlib/Table.h"
 
-#include <QCryptographicHash>
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -37,11 +35,6 @@ private:
         return QTest::qWaitFor([&] { return reply->isFinished(); }) ? reply->readAll() : "late";
     }
 
-    QJsonArray rows(const QString &q)
-    {
-        return QJsonDocument::fromJson(body("/q.php?cat=200&q=" + q)).array();
-    }
-
     QJsonObject movies(const QString &q)
     {
         const QByteArray text = body("/api/v2/list_movies.json?limit=30&query_term=" + q);
@@ -57,47 +50,6 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(m_services.start()); }
-
-    void apiBay()
-    {
-        for (const QJsonValue row : rows("")) {
-            for (const QJsonValue field : row.toObject())
-                QVERIFY(field.isString());
-            const QByteArray hash = row["info_hash"].toString().toLatin1();
-            const QByteArray file = body("/torrents/" + hash.toLower() + ".torrent");
-            const QByteArray info = file.mid(file.indexOf("4:info") + 6).chopped(1);
-            const auto sha1 = QCryptographicHash::hash(info, QCryptographicHash::Sha1);
-            QCOMPARE(sha1.toHex().toUpper(), hash);
-            qint64 size = 0;
-            for (const QString &length : captures(info, "6:lengthi([0-9]+)e"))
-                size += length.toLongLong();
-            QCOMPARE(QString::number(size), row["size"].toString());
-            QCOMPARE(info.contains("5:filesl"), row["num_files"].toString() != "1");
-        }
-        QCOMPARE(rows("no+hit").size(), 1);
-        QCOMPARE(rows("no+hit").first()["info_hash"].toString(), QString(40, '0'));
-    }
-
-    void queries_data()
-    {
-        const auto row = columns<QString, QString>("query", "title");
-        const QString rook = "Rook & Daughter 1946 1080p BluRay x264";
-        row("case, order", "x264+DAUGHTER+rook", rook);
-        row("ampersand, spaces", "%20rook%20%20%26", rook);
-        row("plus", "%2B", "Colony Seven + Bonus Reel: \"The Word\" <interviews>");
-        row("percent", "100%25+%c3%89T", "Harbour at Low Tide 1962 (100% uncut #1) été");
-        row("right to left", "%D8%A7%D9%84%D9%85%D9%86%D8%A7%D8%B1%D8%A9",
-            "المنارة (1955) 1080p نسخة مرممة");
-    }
-
-    void queries()
-    {
-        QFETCH(QString, query);
-        QCOMPARE(rows(query).size(), 1);
-        QTEST(rows(query).first()["name"].toString(), "title");
-    }
-
     void yts()
     {
         QCOMPARE(movies("KESTREL+1948")["movie_count"], QJsonValue(1));
@@ -135,12 +87,6 @@ private Q_SLOTS:
         for (const QString &page : captures(rss, "<comments>([^<]*)<"))
             QVERIFY(body(page).contains("</html>"));
         QVERIFY(body(m_reel + "no+hit").contains("<channel>"));
-
-        const QStringList here = captures(rss, "name=\"infohash\" value=\"([^\"]*)\"");
-        int shared = 0;
-        for (const QJsonValue row : rows(""))
-            shared += here.contains(row["info_hash"].toString(), Qt::CaseInsensitive) ? 1 : 0;
-        QVERIFY2(shared >= 10 && shared < here.size(), qPrintable(QString::number(shared)));
     }
 
     void refusals_data()
@@ -162,16 +108,6 @@ private Q_SLOTS:
         QTRY_VERIFY(reply->isFinished());
         QTEST(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), "status");
         QVERIFY(reply->readAll().contains(text));
-    }
-
-    void slowIndexer()
-    {
-        QElapsedTimer clock;
-        clock.start();
-        const auto slow = ask(QString(m_reel + "alibi").replace("reel", "slow"));
-        QTRY_VERIFY_WITH_TIMEOUT(slow->isFinished(), 30'000);
-        QCOMPARE(slow->readAll().count("<item>"), 2);
-        QVERIFY2(clock.elapsed() >= 2'500, qPrintable(QString::number(clock.elapsed())));
     }
 };
 
