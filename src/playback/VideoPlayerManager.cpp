@@ -30,6 +30,7 @@ bool VideoPlayerManager::ensurePlayer()
     connect(player, &MediaPlayer::itemStatusChanged, this, &VideoPlayerManager::itemStatusChanged);
     connect(player, &MediaPlayer::timeControlStatusChanged, this,
             &VideoPlayerManager::timeControlChanged);
+    connect(player, &MediaPlayer::troubleChanged, this, &VideoPlayerManager::troubleChanged);
     connect(player, &MediaPlayer::audioTracksChanged, this, &VideoPlayerManager::readAudio);
     connect(player, &MediaPlayer::playedToEnd, this, [this] {
         if (m_onFinished)
@@ -84,12 +85,21 @@ void VideoPlayerManager::itemStatusChanged()
         break;
     }
     case ItemStatus::Unknown:
+        forgetError();
         break;
     }
 }
 
+/// The film's server is back.
+void VideoPlayerManager::forgetError()
+{
+    if (m_error)
+        setError({});
+}
+
 void VideoPlayerManager::itemReady()
 {
+    forgetError();
     if (const double duration = m_player->duration(); std::isfinite(duration))
         setDuration(duration);
     readAudio();

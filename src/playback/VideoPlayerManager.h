@@ -20,6 +20,7 @@ class VideoPlayerManager : public QObject
     Q_PROPERTY(double duration READ duration NOTIFY durationChanged)
     Q_PROPERTY(double bufferedTo READ bufferedTo NOTIFY bufferedToChanged)
     Q_PROPERTY(QString error READ errorText NOTIFY errorChanged)
+    Q_PROPERTY(QString trouble READ trouble NOTIFY troubleChanged)
     Q_PROPERTY(float rate READ rate WRITE setRate NOTIFY rateChanged)
     Q_PROPERTY(QString aspect READ aspectName WRITE setAspectName NOTIFY aspectChanged)
     Q_PROPERTY(float volume READ volume WRITE setVolume NOTIFY volumeChanged)
@@ -47,6 +48,8 @@ public:
     double bufferedTo() const { return m_bufferedTo; } // end of the last loaded range, seconds
     const std::optional<QString> &error() const { return m_error; }
     QString errorText() const { return m_error.value_or(QString()); }
+    /// What the viewer waits for while the network brings nothing; empty: nothing.
+    QString trouble() const { return m_player ? m_player->trouble() : QString(); }
     float rate() const { return m_rate; }
     AspectMode aspect() const { return m_aspect; }
     QString aspectName() const { return rawValue(m_aspect); }
@@ -85,6 +88,7 @@ Q_SIGNALS:
     void durationChanged();
     void bufferedToChanged();
     void errorChanged();
+    void troubleChanged();
     void rateChanged();
     void aspectChanged();
     void volumeChanged();
@@ -104,6 +108,7 @@ private:
     void setAudio(const QList<AudioTrack> &options, qint64 selected);
     void itemStatusChanged();
     void itemReady();
+    void forgetError();
     void readAudio();
     void timeTicked(double seconds);
     void timeControlChanged();

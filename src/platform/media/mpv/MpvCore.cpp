@@ -47,7 +47,8 @@ constexpr Option options[] = {
     {"demuxer", "lavf"},
     {"demuxer-lavf-o", "protocol_whitelist=none,format_whitelist=\"mov,mp4,matroska,webm,avi,ogg,"
                        "mpeg,mpegts,mpegvideo,flv,asf\""},
-    {"demuxer-max-bytes", "64MiB"},
+    // What is fetched of a film is kept beside this, as much again as both together.
+    {"demuxer-max-bytes", "32MiB"},
     {"demuxer-max-back-bytes", "32MiB"},
     {"idle", "yes"},
     {"keep-open", "yes"},

@@ -14,7 +14,7 @@ std::unique_ptr<MediaPlayer> MpvEngine::createPlayer(const MediaEngineOptions &o
     // libmpv reads its options with the C library, which would expect the user's decimal comma.
     std::setlocale(LC_NUMERIC, "C");
     auto core = MpvCore::create(options.headless);
-    return core ? std::make_unique<MpvPlayer>(std::move(core)) : nullptr;
+    return core ? std::make_unique<MpvPlayer>(std::move(core), *options.films) : nullptr;
 }
 
 } // namespace tavelo

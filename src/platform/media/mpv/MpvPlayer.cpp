@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/media/mpv/MpvPlayer.h"
 
-#include "platform/media/mpv/HttpStream.h"
+#include "platform/media/FilmSource.h"
 #include "platform/media/mpv/MpvRenderer.h"
 #include "platform/media/mpv/MpvReply.h"
 #include "platform/media/mpv/StreamProtocol.h"
@@ -21,14 +21,13 @@ namespace {
 constexpr auto tickInterval = 500ms;
 /// How long a film waits for somebody to draw it; then it plays unseen.
 constexpr auto screenLimit = 1s;
-/// A picture that stands still for so long, without a byte from the server, has failed.
-constexpr qint64 starvationLimit = 8000; // milliseconds
 
 } // namespace
 
-MpvPlayer::MpvPlayer(std::shared_ptr<MpvCore> core)
+MpvPlayer::MpvPlayer(std::shared_ptr<MpvCore> core, FilmSource &films)
     : m_core(std::move(core))
     , m_renderer(std::make_shared<MpvRenderer>(m_core))
+    , m_films(films)
     , m_ticker(this)
 {
     m_ticker.setInterval(tickInterval);
@@ -79,9 +78,10 @@ void MpvPlayer::load(const QUrl &url, double startAt)
             Qt::QueuedConnection);
         return publish();
     }
+    m_url = url;
     m_address = url.toLocalFile().toUtf8();
     if (http) {
-        m_stream = HttpStream::open(url);
+        m_stream = m_films.open(url, startAt);
         m_address = StreamProtocol::addressOf(m_stream);
     }
     if (m_hasScreen)
@@ -119,6 +119,8 @@ void MpvPlayer::resetItem()
     if (m_stream)
         m_stream->cancel();
     m_stream.reset();
+    m_lost.reset();
+    setTrouble({});
     m_ticker.stop();
     m_screenWait.stop();
     m_entry = -1;
@@ -191,6 +193,8 @@ void MpvPlayer::seek(double seconds, SeekDone done)
     m_time = seconds;
     m_target = seconds;
     m_atEnd = false;
+    if (m_stream)
+        m_stream->expect(seconds);
     if (m_status == ItemStatus::Ready)
         sendSeek();
     else if (!m_screenWait.isActive())
@@ -252,15 +256,17 @@ void MpvPlayer::publish()
 
 void MpvPlayer::tellTime()
 {
-    if (m_status == ItemStatus::Ready && hasArrived() && std::exchange(m_tickDue, false))
-        Q_EMIT timeTicked(m_time);
+    if (m_status != ItemStatus::Ready || !hasArrived() || !std::exchange(m_tickDue, false))
+        return;
+    if (m_stream)
+        m_stream->shown(m_time);
+    Q_EMIT timeTicked(m_time);
 }
 
 void MpvPlayer::tick()
 {
-    if (m_stream && m_timeControl == TimeControlStatus::Waiting &&
-        m_stream->starvedFor() > starvationLimit)
-        m_stream->fail(tr("The server stopped answering."));
+    if (m_stream)
+        followStream();
     m_tickDue = true;
     publish();
 }

@@ -19,7 +19,8 @@ struct mpv_event_property;
 
 namespace tavelo {
 
-class HttpStream;
+class FilmSource;
+class FilmStream;
 class MpvRenderer;
 
 /// The libmpv engine. libmpv's events are taken on the main thread, in batches; signals follow once
@@ -29,7 +30,8 @@ class MpvPlayer : public MediaPlayer
     Q_OBJECT
 
 public:
-    explicit MpvPlayer(std::shared_ptr<MpvCore> core);
+    /// `films` must outlive this.
+    MpvPlayer(std::shared_ptr<MpvCore> core, FilmSource &films);
     ~MpvPlayer() override;
 
     void load(const QUrl &url, double startAt) override;
@@ -47,6 +49,7 @@ public:
 
     ItemStatus itemStatus() const override { return m_status; }
     QString itemError() const override { return m_error; }
+    QString trouble() const override { return m_trouble; }
     TimeControlStatus timeControlStatus() const override { return m_timeControl; }
     bool hasArrived() const override { return m_hasItem && !m_target; }
     double currentTime() const override { return m_time; }
@@ -93,11 +96,18 @@ private:
     void publish();
     void tellTime();
     void tick();
+    void followStream();
+    void reload();
+    void loseStream();
+    void regainStream();
+    void loseForGood();
+    void setTrouble(const QString &text);
     TimeControlStatus computeTimeControl() const;
 
     std::shared_ptr<MpvCore> m_core;
     std::shared_ptr<MpvRenderer> m_renderer;
-    std::shared_ptr<HttpStream> m_stream; // of a network item
+    FilmSource &m_films;
+    std::shared_ptr<FilmStream> m_stream; // of a network item
     std::atomic_bool m_drainQueued = false;
     QTimer m_ticker;
     QTimer m_screenWait;
@@ -108,6 +118,7 @@ private:
     bool m_hasItem = false;
     bool m_wantsToPlay = false;
     bool m_isFile = false;
+    QUrl m_url;
     QByteArray m_address;     // for libmpv, while the item waits to be opened
     QByteArray m_aid;         // the audio track that is wanted, as libmpv names it
     bool m_hasScreen = false; // somebody draws the picture
@@ -116,6 +127,8 @@ private:
 
     ItemStatus m_status = ItemStatus::Unknown;
     QString m_error;
+    QString m_trouble;
+    std::optional<ItemStatus> m_lost; // the status before its server fell silent
     TimeControlStatus m_timeControl = TimeControlStatus::Paused;
     double m_time = 0;
     std::optional<double> m_target; // seconds; where it was told to go, until it has arrived

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "platform/media/mpv/HttpStream.h"
+#include "platform/media/FilmSource.h"
 #include "platform/media/mpv/MpvLog.h"
 #include "platform/media/mpv/MpvPlayer.h"
 #include "platform/media/mpv/MpvRenderer.h"
@@ -185,6 +185,8 @@ void MpvPlayer::videoChosen(bool wanted)
 
 void MpvPlayer::fileLoaded(double duration)
 {
+    if (m_lost)
+        regainStream();
     if (m_status != ItemStatus::Unknown)
         return;
     m_duration = duration;

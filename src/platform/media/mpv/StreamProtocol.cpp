@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/media/mpv/StreamProtocol.h"
 
-#include "platform/media/mpv/HttpStream.h"
+#include "platform/media/FilmSource.h"
 
 #include <mpv/client.h>
 #include <mpv/stream_cb.h>
@@ -14,7 +14,7 @@ namespace tavelo::StreamProtocol {
 
 namespace {
 
-using StreamPointer = std::shared_ptr<HttpStream>;
+using StreamPointer = std::shared_ptr<FilmStream>;
 
 constexpr const char *protocolName = "tavelo";
 
@@ -23,7 +23,7 @@ constexpr const char *protocolName = "tavelo";
 struct Announced
 {
     std::mutex mutex;
-    std::unordered_map<std::string, std::weak_ptr<HttpStream>> streams;
+    std::unordered_map<std::string, std::weak_ptr<FilmStream>> streams;
     int last = 0;
 };
 
@@ -40,7 +40,7 @@ StreamPointer take(const std::string &address)
     return found ? found.mapped().lock() : nullptr;
 }
 
-HttpStream &streamOf(void *cookie)
+FilmStream &streamOf(void *cookie)
 {
     return **static_cast<StreamPointer *>(cookie);
 }

@@ -10,15 +10,15 @@ struct mpv_handle;
 
 namespace tavelo {
 
-class HttpStream;
+class FilmStream;
 
-/// Lets libmpv read our HttpStreams, under addresses that exist nowhere else.
+/// Lets libmpv read our films, under addresses that exist nowhere else.
 namespace StreamProtocol {
 
 void install(mpv_handle *handle);
 
 /// The address under which libmpv may open `stream`, once.
-QByteArray addressOf(std::shared_ptr<HttpStream> stream);
+QByteArray addressOf(std::shared_ptr<FilmStream> stream);
 
 } // namespace StreamProtocol
 

@@ -1,0 +1,346 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "platform/media/film/Film.h"
+
+#include "platform/http/HostBudget.h"
+#include "platform/http/NetworkThread.h"
+#include "platform/media/film/FilmReader.h"
+#include "platform/media/film/SliceReceiver.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+// What is asked for, and when. What becomes of it is in FilmAnswers.cpp.
+
+namespace tavelo {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto tickInterval = 250ms;
+constexpr auto silenceLimit = 20s;      // then a request is given up
+constexpr auto silenceUntilSecond = 2s; // until the same is asked for on another connection
+constexpr auto silenceUntilItem = 4s;   // and of the item's own address
+constexpr auto slownessUntilSecond = 4s;
+constexpr auto waitThatIsHunger = 300ms;
+constexpr auto hungerLasts = 10s;
+constexpr qint64 mostSecondsShare = 8; // one second request in so many
+constexpr qint64 wholeAhead = 8LL * 1024 * 1024;
+
+} // namespace
+
+std::shared_ptr<Film> Film::create(const QUrl &url, Fetch &fetch, FilmState *state, Keeper keeper)
+{
+    auto *film = new Film(url, fetch, state, std::move(keeper));
+    film->moveToThread(&NetworkThread::shared());
+    return {film, [](Film *last) {
+                // Its thread may have ended with the application.
+                if (last->thread() && last->thread()->isRunning())
+                    last->deleteLater();
+                else
+                    delete last;
+            }};
+}
+
+Film::Film(const QUrl &url, Fetch &fetch, FilmState *state, Keeper keeper)
+    : m_fetch(fetch)
+    , m_state(state)
+    , m_keeper(std::move(keeper))
+    , m_nodes(url)
+    , m_wants(*state)
+    , m_ticker(this)
+{
+    m_ticker.setInterval(tickInterval);
+    connect(&m_ticker, &QTimer::timeout, this, &Film::tick);
+}
+
+Film::~Film() = default;
+
+void Film::attach(const std::shared_ptr<FilmReader> &reader)
+{
+    post([this, weak = std::weak_ptr(reader)] {
+        m_readers.push_back(weak);
+        m_wants.stopPreparing();
+        m_isRecalled = m_isRecalled || m_state->isOpened();
+        m_retryAt = {};
+        m_failures = 0;
+        m_countsView = true;
+        look();
+    });
+}
+
+void Film::setAlternatives(const QList<QUrl> &urls)
+{
+    post([this, urls] { m_nodes.setAlternatives(urls); });
+}
+
+void Film::prepare(double startAt, qint64 mostBytes)
+{
+    post([this, startAt, mostBytes] {
+        m_wants.prepare(startAt, mostBytes);
+        look();
+    });
+}
+
+void Film::stopPreparing()
+{
+    post([this] {
+        m_wants.stopPreparing();
+        look();
+    });
+}
+
+void Film::demand()
+{
+    if (!m_isToLook.exchange(true))
+        post([this] { look(); });
+}
+
+std::vector<FilmWants::Reading> Film::readings() const
+{
+    std::vector<FilmWants::Reading> all;
+    for (const auto &weak : m_readers) {
+        if (const auto reader = weak.lock(); reader && !reader->isOver())
+            all.push_back({reader->place(), reader->waitsFor() > 0ms, reader->expected()});
+    }
+    return all;
+}
+
+/// Asks for what is wanted and not on its way.
+void Film::look()
+{
+    m_isToLook = false;
+    const auto reading = readings();
+    if (reading.empty() && !m_wants.isPreparing())
+        return rest();
+    if (!m_ticker.isActive())
+        m_ticker.start();
+    followWholeFilm();
+    readIndex();
+    if (!mayAsk())
+        return;
+    for (;;) {
+        m_wants.update(reading, m_speed.median(), m_hungryUntil > Clock::now());
+        const auto span = nextSpan();
+        const bool hasRoom = static_cast<int>(m_slices.size()) < mostSlices();
+        const auto urgent = [this] { return m_wants.list().front().span.first; };
+        if (!span || (!hasRoom && !(isLeftOut(urgent()) && makeRoom(urgent()))))
+            break;
+        start(*span);
+    }
+}
+
+/// Nobody wants the film. What is on its way is let go, with its connections where need be.
+void Film::rest()
+{
+    m_ticker.stop();
+    m_readers.clear();
+    for (const auto &slice : m_slices)
+        m_fetch.cancel(slice->id);
+    m_slices.clear();
+    favourFilm(false);
+}
+
+bool Film::mayAsk() const
+{
+    return m_state->error().isEmpty() && Clock::now() >= m_retryAt;
+}
+
+void Film::readIndex()
+{
+    const auto &span = m_wants.index();
+    if (!span || m_hasReadIndex)
+        return;
+    if (const auto bytes = m_state->bytesOf(*span)) {
+        m_hasReadIndex = true;
+        if (auto index = Mp4Index::parse(*bytes))
+            m_state->setIndex(std::make_shared<const Mp4Index>(*std::move(index)), *span);
+    }
+}
+
+int Film::mostSlices() const
+{
+    if (!m_state->isConfirmed() || !m_state->takesRanges())
+        return 1;
+    const bool isUrgent = m_wants.lacksPicture() || m_hungryUntil > Clock::now();
+    return isUrgent ? HostBudget::mostForFilms : HostBudget::mostForFilms - 1;
+}
+
+std::optional<ByteSpan> Film::nextSpan() const
+{
+    for (const Want &want : m_wants.list()) {
+        if (const ByteSpan missing = missingIn(want); !missing.isEmpty())
+            return missing;
+    }
+    return {};
+}
+
+/// The first part of it that is neither held nor on its way, in whole blocks.
+ByteSpan Film::missingIn(const Want &want) const
+{
+    qint64 place = want.span.first;
+    for (;;) {
+        place = m_state->heldUpTo(place, want.span.end);
+        if (place >= want.span.end)
+            return {};
+        qint64 upTo = 0;
+        if (!isOnItsWay(place, upTo))
+            break;
+        place = upTo;
+    }
+    const qint64 block = place - place % SliceCache::blockBytes;
+    if (m_state->heldUpTo(block, place) < place)
+        place = block; // a block is filled from its start on
+    qint64 end = place - place % SliceCache::blockBytes + SliceCache::blockBytes;
+    const qint64 last = std::min(want.span.end, place + want.most);
+    qint64 upTo = 0;
+    while (end < last && m_state->heldUpTo(end, end + 1) == end && !isOnItsWay(end, upTo))
+        end += SliceCache::blockBytes;
+    return {place, std::min(end, m_state->size().value_or(end))};
+}
+
+/// Lets go of a request that brings nothing, and is not for the byte at `place`: a connection that
+/// is silent cannot be kept. False when there is none.
+bool Film::makeRoom(qint64 place)
+{
+    const auto silence = [place](const auto &slice) {
+        return slice->rest().contains(place) ? Clock::duration(0) : slice->silentFor();
+    };
+    const auto silent = std::ranges::max_element(m_slices, {}, silence);
+    if (silent == m_slices.end() || silence(*silent) < silenceUntilSecond)
+        return false;
+    m_fetch.cancel((*silent)->id);
+    m_slices.erase(silent);
+    return true;
+}
+
+/// Whether the byte at `place`, of which nothing is held, is not on its way either.
+bool Film::isLeftOut(qint64 place) const
+{
+    qint64 upTo = 0;
+    return m_state->heldUpTo(place, place + 1) == place && !isOnItsWay(place, upTo);
+}
+
+bool Film::isOnItsWay(qint64 place, qint64 &upTo) const
+{
+    for (const auto &slice : m_slices) {
+        const qint64 end = slice->isWhole ? std::numeric_limits<qint64>::max() : slice->span.end;
+        if (place >= slice->next && place < end) {
+            upTo = end;
+            return true;
+        }
+    }
+    return false;
+}
+
+void Film::start(const ByteSpan &span)
+{
+    const auto address = m_countsView ? Slice::Address::Item : m_nodes.current();
+    const auto slice = std::make_shared<Slice>(span, address);
+    ++m_started;
+    m_wants.asked(span.size());
+    send(slice);
+}
+
+void Film::startSecond(Slice &first, Slice::Address address)
+{
+    const auto second = std::make_shared<Slice>(first.rest(), address);
+    second->isSecond = true;
+    first.hasSecond = true;
+    send(second);
+}
+
+void Film::send(const std::shared_ptr<Slice> &slice)
+{
+    const bool isRead = !m_readers.empty();
+    const bool counts =
+        isRead && slice->address == Slice::Address::Item && std::exchange(m_countsView, false);
+    FetchRequest request{.url = m_nodes.url(slice->address, counts),
+                         .range = FetchRange{slice->span.first, slice->span.end - 1},
+                         .urgency = isRead ? FetchUrgency::Film : FetchUrgency::Probe,
+                         .silenceLimit = silenceLimit};
+    m_slices.push_back(slice);
+    slice->id = m_fetch.start(std::move(request),
+                              std::make_shared<SliceReceiver>(shared_from_this(), slice));
+}
+
+void Film::tick()
+{
+    const auto now = Clock::now();
+    bool isShort = false;
+    for (const auto &weak : m_readers) {
+        const auto reader = weak.lock();
+        isShort = isShort || (reader && reader->waitsFor() > waitThatIsHunger);
+    }
+    if (isShort && m_state->isConfirmed())
+        m_hungryUntil = now + hungerLasts;
+    favourFilm(isShort);
+    for (const auto &slice : Slices(m_slices)) {
+        if (std::ranges::find(m_slices, slice) != m_slices.end()) // nobody made room of it
+            helpOut(*slice);
+    }
+    look();
+}
+
+/// A slice that does not get on is asked for once more beside it; the first to bring it wins.
+void Film::helpOut(Slice &slice)
+{
+    if (slice.isSecond || slice.isWhole)
+        return;
+    const auto now = Clock::now();
+    const auto silent = slice.silentFor();
+    if (silent >= silenceUntilItem && !slice.askedItem) {
+        const bool isUrgent =
+            !m_wants.list().empty() && slice.rest().contains(m_wants.list().front().span.first);
+        const bool hasRoom = static_cast<int>(m_slices.size()) < HostBudget::mostForFilms;
+        if (!hasRoom && !(isUrgent && makeRoom(slice.next)))
+            return;
+        slice.askedItem = true;
+        return startSecond(slice, Slice::Address::Item);
+    }
+    const auto began = slice.firstByte.load();
+    const bool isSlow =
+        began != Clock::time_point() && now - began >= slownessUntilSecond &&
+        slice.bytesSoFar() * 3 <
+            m_speed.median().value_or(0) *
+                std::chrono::duration_cast<std::chrono::seconds>(now - began).count();
+    if ((silent >= silenceUntilSecond || isSlow) && !slice.hasSecond && m_state->isConfirmed() &&
+        m_seconds * mostSecondsShare <= m_started) {
+        ++m_seconds;
+        startSecond(slice, m_nodes.current());
+    }
+}
+
+/// A server without ranges sends all that lies before what is wanted; a way back begins anew.
+void Film::followWholeFilm()
+{
+    const auto whole =
+        std::ranges::find_if(m_slices, [](const auto &s) { return s->isWhole.load(); });
+    if (whole == m_slices.end())
+        return;
+    const auto all = readings();
+    qint64 furthest = 0;
+    bool wantsBack = false;
+    for (const FilmWants::Reading &one : all) {
+        furthest = std::max(furthest, one.place);
+        wantsBack = wantsBack || (one.isWaiting && one.place < (*whole)->next &&
+                                  m_state->heldUpTo(one.place, one.place + 1) == one.place);
+    }
+    m_wholeUpTo = furthest + wholeAhead;
+    if (wantsBack) {
+        m_fetch.cancel((*whole)->id);
+        m_slices.erase(whole);
+    } else if ((*whole)->isPutOff && (*whole)->next <= m_wholeUpTo) {
+        m_fetch.resume((*whole)->id);
+    }
+}
+
+void Film::favourFilm(bool isShort)
+{
+    if (std::exchange(m_isShort, isShort) != isShort)
+        m_fetch.favourFilm(isShort);
+}
+
+} // namespace tavelo

@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "platform/media/film/FilmWants.h"
+
+#include "platform/media/film/Mp4Layout.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace tavelo {
+
+namespace {
+
+constexpr qint64 speedToBeginWith = 1'000'000; // bytes a second of one connection
+constexpr int connections = 3;
+constexpr double pictureLength = 0.25;                    // seconds that a start or a seek needs
+constexpr qint64 mostIndex = 32LL * 1024 * 1024;          // bytes
+constexpr qint64 preparedMedia = 512LL * 1024;            // from the film's start on
+constexpr qint64 mostPreparedPicture = 2LL * 1024 * 1024; // from its key frame on
+
+} // namespace
+
+void FilmWants::prepare(double startAt, qint64 mostBytes)
+{
+    m_preparing = true;
+    m_startAt = startAt;
+    m_allowance = mostBytes;
+}
+
+void FilmWants::forgetIndex()
+{
+    m_index.reset();
+    m_media.reset();
+    m_missing.reset();
+    m_picture.reset();
+}
+
+void FilmWants::update(const std::vector<Reading> &readings, std::optional<qint64> speed,
+                       bool isHungry)
+{
+    const qint64 perSecond = speed.value_or(speedToBeginWith);
+    m_most = std::clamp(perSecond, firstSlice, mostSlice);
+    m_slice = isHungry ? std::clamp(perSecond, leastSlice, mostSlice)
+              : speed  ? std::clamp(perSecond / 4, leastSlice, 2 * firstSlice)
+                       : firstSlice;
+    m_lacksPicture = false;
+    m_list.clear();
+    for (const Reading &reading : readings) {
+        if (reading.isWaiting)
+            want({reading.place, reading.place + m_slice}, m_slice);
+    }
+    if (!m_state.isOpened())
+        return want({0, firstSlice}, firstSlice);
+    findIndex();
+    wantIndex();
+    for (const Reading &reading : readings) {
+        wantPicture(reading.expected);
+        wantReading(reading);
+    }
+    if (readings.empty() && m_preparing)
+        wantPrepared();
+}
+
+void FilmWants::findIndex()
+{
+    const auto size = m_state.size();
+    if (m_index || !size)
+        return;
+    const Mp4Layout layout = Mp4Layout::of(*size, [this](qint64 place, qint64 count) {
+        return m_state.bytesOf({place, place + count});
+    });
+    if (layout.index && layout.index->size() <= mostIndex)
+        m_index = layout.index;
+    m_media = layout.media;
+    m_missing = layout.missing;
+}
+
+void FilmWants::wantIndex()
+{
+    if (m_index && !m_state.index() && !holds(*m_index)) {
+        m_lacksPicture = true;
+        want(*m_index, share(*m_index));
+    } else if (!m_index && m_missing) {
+        m_lacksPicture = true;
+        want({m_missing->first, std::max(m_missing->end, m_missing->first + firstSlice)},
+             firstSlice);
+    }
+}
+
+void FilmWants::wantPicture(double seconds)
+{
+    if (!m_state.index())
+        return;
+    const ByteSpan picture = pictureAt(seconds);
+    if (!holds(picture)) {
+        m_lacksPicture = true;
+        want(picture, share(picture));
+    }
+    // What comes next is asked for before anybody has read that far.
+    want({picture.end, picture.end + m_slice}, m_slice);
+}
+
+/// The index takes its time for an answer.
+ByteSpan FilmWants::pictureAt(double seconds)
+{
+    if (!m_picture || m_picture->first != seconds)
+        m_picture = {seconds, m_state.index()->bytesFor(seconds, seconds + pictureLength)};
+    return m_picture->second;
+}
+
+void FilmWants::wantReading(const Reading &reading)
+{
+    want({reading.place, reading.place + 2 * m_slice}, m_slice);
+}
+
+void FilmWants::wantPrepared()
+{
+    ByteSpan media = m_media ? ByteSpan{m_media->first, m_media->first + preparedMedia}
+                             : ByteSpan{0, preparedMedia};
+    if (m_state.index() && m_startAt > 0) {
+        media = pictureAt(m_startAt);
+        media.end = std::min(media.end, media.first + mostPreparedPicture);
+    }
+    m_lacksPicture = m_lacksPicture || !holds(media);
+    want(media, share(media));
+    if (!m_state.isConfirmed()) // a connection is wanted in any case
+        want({media.end, media.end + leastSlice}, leastSlice);
+}
+
+bool FilmWants::holds(const ByteSpan &span) const
+{
+    return m_state.heldUpTo(span.first, span.end) >= span.end;
+}
+
+void FilmWants::want(ByteSpan span, qint64 most)
+{
+    if (const auto size = m_state.size())
+        span.end = std::min(span.end, *size);
+    if (m_preparing)
+        most = std::min(most, m_allowance);
+    if (!span.isEmpty() && most > 0)
+        m_list.push_back({span, most});
+}
+
+/// What is waited for is shared out evenly, so that all connections are through at the same time.
+qint64 FilmWants::share(const ByteSpan &span) const
+{
+    const qint64 rest = span.end - m_state.heldUpTo(span.first, span.end);
+    return std::clamp(rest / connections + 1, leastSlice, m_most);
+}
+
+} // namespace tavelo
