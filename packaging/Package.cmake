@@ -30,5 +30,9 @@ string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
   qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window
   qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
   qml6-module-qt-labs-folderlistmodel)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-inter, libgl1-mesa-dri, qt6-wayland")
+# The plugins ask the desktop which proxy it uses.
+string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS
+  fonts-inter libgl1-mesa-dri qt6-wayland
+  libproxy1-plugin-gsettings libproxy1-plugin-kconfig libproxy1-plugin-networkmanager)
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS libproxy1-plugin-webkit) # large; runs a company's proxy script
 include(CPack)

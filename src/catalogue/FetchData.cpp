@@ -22,10 +22,12 @@ Result<QByteArray> bodyOf(Result<HttpResponse> response)
     return (*std::move(response)).body;
 }
 
-QCoro::Task<Result<QByteArray>> fetchData(QUrl url, std::chrono::milliseconds timeout,
-                                          std::stop_token stop, HttpClient &client, qint64 maxBytes)
+QCoro::Task<Result<QByteArray>> fetchData(QUrl url, std::chrono::milliseconds silenceLimit,
+                                          std::stop_token stop, HttpClient &client, qint64 maxBytes,
+                                          HttpClient::Priority priority)
 {
-    auto response = co_await client.get(std::move(url), timeout, std::move(stop), maxBytes);
+    auto response =
+        co_await client.get(std::move(url), silenceLimit, std::move(stop), maxBytes, priority);
     co_return bodyOf(std::move(response));
 }
 

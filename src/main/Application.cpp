@@ -8,6 +8,9 @@
 #include "platform/Log.h"
 #include "platform/desktop/GioWorkspace.h"
 #include "platform/files/StandardFolders.h"
+#include "platform/http/Fetch.h"
+#include "platform/http/HttpClient.h"
+#include "platform/http/ServiceHosts.h"
 #include "platform/media/MediaEngine.h"
 #include "storage/SettingsStore.h"
 #include "ui/UiModule.h"
@@ -86,10 +89,19 @@ bool Application::show()
 {
     qCInfo(logApp).noquote() << QCoreApplication::applicationName() << TAVELO_VERSION << "on Qt"
                              << qVersion() << QGuiApplication::platformName();
+    // What takes a few round trips goes on while the screens are made.
+    const QUrl catalogue(ServiceHosts::current().archive);
+    HttpClient::shared().connectAhead(catalogue);
     m_state = std::make_unique<AppState>([] { return MediaEngine::create(); },
                                          std::make_unique<GioWorkspace>());
     // Whoever looks at an item may play it next.
     QObject::connect(m_state.get(), &AppState::selectedItemChanged, &MediaEngine::preload);
+    m_state->loadHome();
+    QObject::connect(m_state.get(), &AppState::homeLoadingChanged, m_state.get(),
+                     [this, catalogue] {
+                         if (!m_state->featured().isEmpty()) // there is something to play next
+                             Fetch::shared().connectAhead(catalogue);
+                     });
     heedTheSystem();
     m_engine = std::make_unique<QQmlApplicationEngine>();
     UiModule::prepare(*m_engine);

@@ -15,8 +15,11 @@ class PosterResponse;
 class PosterQueue
 {
 public:
-    /// As many as the network has connections to one host.
-    static constexpr int atOnce = 6;
+    /// Less than the network has connections to one host, so that one is left for what matters
+    /// more.
+    static constexpr int atOnce = 5;
+    /// From a host that sends many answers over one connection: a screen of them.
+    static constexpr int atOnceMultiplexed = 24;
 
     static PosterQueue &shared();
 
@@ -26,6 +29,7 @@ public:
 
 private:
     void startNext();
+    static int mostFrom(const PosterResponse &next);
 
     std::deque<QPointer<PosterResponse>> m_waiting;
     int m_running = 0;

@@ -50,8 +50,8 @@ QCoro::Task<> PosterResponse::load()
     const QPointer<PosterResponse> self(this);
     const std::stop_token stop = m_stop.get_token();
     m_started = true;
-    const Result<QByteArray> bytes =
-        co_await fetchData(m_url, 20s, stop, HttpClient::shared(), PosterImage::maxBytes);
+    const Result<QByteArray> bytes = co_await fetchData(
+        m_url, 20s, stop, HttpClient::shared(), PosterImage::maxBytes, HttpClient::Priority::Low);
     if (!self)
         co_return;
     if (bytes && !stop.stop_requested()) {

@@ -28,6 +28,7 @@ public:
     void start();
     /// Tells the queue when it has ended, also when this is gone by then.
     QCoro::Task<> load();
+    const QUrl &url() const { return m_url; }
     /// It has ended, or nobody wants it any more.
     bool isOver() const { return m_over || m_cancelled; }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/FetchData.h"
 #include "platform/http/HttpClient.h"
+#include "platform/http/ServiceHosts.h"
 #include "testlib/Awaited.h"
 #include "testlib/FaultServer.h"
 #include "testlib/Table.h"
@@ -188,8 +189,6 @@ private Q_SLOTS:
         const QByteArray body(100'000, 'x');
         row("no answer", FaultServer::Answer{.silent = true});
         row("no end", FaultServer::Answer{.body = body, .silentAfter = 50'000});
-        // Bytes that come in time do not put the end off.
-        row("too slow", FaultServer::Answer{.body = body, .bytesPerSecond = 10'000});
     }
     void timeout()
     {
@@ -200,10 +199,38 @@ private Q_SLOTS:
         QCOMPARE(result.error().kind, ErrorKind::TimedOut);
     }
 
-    void lateAnswerIsAnAnswer()
+    /// Not the whole is limited but the silence.
+    void slowAnswerIsAnAnswer()
     {
-        m_server.serve("/x", {.body = "late", .delay = 300ms});
-        QVERIFY(fetched(m_server.url("/x")));
+        m_server.serve("/x",
+                       {.body = QByteArray(50'000, 'x'), .delay = 300ms, .bytesPerSecond = 50'000});
+        QVERIFY(fetched(m_server.url("/x"), 600ms));
+    }
+
+    /// The connection that is opened ahead carries the first request.
+    void connectedAhead_data()
+    {
+        const auto row = columns<bool>("secure");
+        row("http", false);
+        row("https", true);
+    }
+    void connectedAhead()
+    {
+        QFETCH(bool, secure);
+        const auto certificate = LoopbackCertificate::make();
+        ServiceHosts hosts;
+        hosts.certificates = certificate.pem;
+        ServiceHosts::replace(hosts);
+        FaultServer server("127.0.0.1", secure ? std::optional(certificate) : std::nullopt);
+        server.serve("/x", {.body = "first"});
+        HttpClient client;
+        client.connectAhead(server.url("/"));
+        QTRY_COMPARE(server.openConnections(), 1);
+        QVERIFY(awaited(fetchData(server.url("/x"), 30s, {}, client)));
+        QCOMPARE(server.requests().size(), 1);
+        QCOMPARE(server.requests().first().connection, 1);
+        QCOMPARE(server.openConnections(), 1);
+        ServiceHosts::replace({});
     }
 
     void bodyHasABound()

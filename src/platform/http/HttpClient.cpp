@@ -3,6 +3,7 @@
 #include "platform/http/HttpClient.h"
 
 #include "platform/http/HttpExchange.h"
+#include "platform/http/KnownProxies.h"
 #include "platform/http/NetworkThread.h"
 #include "platform/http/ResponseCache.h"
 #include "platform/http/ServiceHosts.h"
@@ -41,6 +42,7 @@ HttpClient::HttpClient(QObject *parent)
     : QObject(parent)
     , m_network(new QNetworkAccessManager)
 {
+    m_network->setProxyFactory(new KnownProxies);                        // owned
     m_network->setRedirectPolicy(QNetworkRequest::ManualRedirectPolicy); // HttpExchange follows
     m_network->moveToThread(&NetworkThread::shared());
 }
@@ -50,8 +52,9 @@ HttpClient::~HttpClient()
     m_network->deleteLater();
 }
 
-QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::milliseconds timeout,
-                                                  std::stop_token stop, qint64 maxBytes)
+QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::milliseconds silenceLimit,
+                                                  std::stop_token stop, qint64 maxBytes,
+                                                  Priority priority)
 {
     // The network library reads files, too, and a pipe would hold up its thread for good.
     if (!isWebAddress(url))
@@ -60,18 +63,52 @@ QCoro::Task<Result<HttpResponse>> HttpClient::get(QUrl url, std::chrono::millise
     request.setRawHeader("User-Agent", userAgent());
     if (url.scheme() == QLatin1String("https"))
         request.setSslConfiguration(secureConfiguration());
+    request.setPriority(priority == Priority::High ? QNetworkRequest::HighPriority
+                                                   : QNetworkRequest::LowPriority);
+    const QPointer<HttpClient> self(this);
     const auto promise = std::make_shared<QPromise<Result<HttpResponse>>>();
     promise->start();
     QMetaObject::invokeMethod(m_network, [=, network = m_network] {
-        auto *exchange = new HttpExchange(network, request, timeout, stop, maxBytes);
+        auto *exchange = new HttpExchange(network, request, silenceLimit, stop, maxBytes);
         QObject::connect(exchange, &HttpExchange::finished, exchange, [exchange, promise] {
             promise->addResult(exchange->takeResult());
             promise->finish();
             exchange->deleteLater();
         });
     });
-    const auto response = promise->future();
-    co_return co_await response;
+    const auto future = promise->future();
+    const auto response = co_await future;
+    if (self)
+        note(url, response);
+    co_return response;
+}
+
+void HttpClient::note(const QUrl &url, const Result<HttpResponse> &response)
+{
+    if (!response || !response->multiplexed)
+        return;
+    if (*response->multiplexed)
+        m_multiplexed.insert(url.host());
+    else
+        m_multiplexed.remove(url.host());
+}
+
+void HttpClient::connectAhead(const QUrl &url)
+{
+    if (!isWebAddress(url))
+        return;
+    const auto connect = [network = m_network, url] {
+        if (url.scheme() == QLatin1String("http"))
+            return network->connectToHost(url.host(), static_cast<quint16>(url.port(80)));
+        auto configuration = secureConfiguration();
+        // What requests are let use by themselves, such a connection must be told.
+        configuration.setAllowedNextProtocols(
+            {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
+        network->connectToHostEncrypted(url.host(), static_cast<quint16>(url.port(443)),
+                                        configuration);
+    };
+    QMetaObject::invokeMethod(
+        m_network, [=, network = m_network] { KnownProxies::whenKnown(url, network, connect); });
 }
 
 void HttpClient::setCacheFolder(const QString &folder)

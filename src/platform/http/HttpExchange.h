@@ -4,6 +4,7 @@
 
 #include "platform/http/HttpClient.h"
 
+#include <QElapsedTimer>
 #include <QNetworkReply>
 #include <QPointer>
 #include <QTimer>
@@ -22,7 +23,7 @@ class HttpExchange : public QObject
 
 public:
     HttpExchange(QNetworkAccessManager *network, QNetworkRequest request,
-                 std::chrono::milliseconds timeout, std::stop_token stop, qint64 maxBytes);
+                 std::chrono::milliseconds silenceLimit, std::stop_token stop, qint64 maxBytes);
     ~HttpExchange() override;
 
     /// Valid after `finished`.
@@ -33,10 +34,14 @@ Q_SIGNALS:
 
 private:
     void send();
+    void sendNow();
     void readAvailable();
     void replyFinished();
+    bool isCutShort() const;
     void redirect(const QByteArray &location);
+    void noteConnection();
     void end(Result<HttpResponse> result);
+    void log() const;
     void fail(ErrorKind kind, const QString &text) { end(Error{kind, text}); }
 
     const QPointer<QNetworkAccessManager> m_network;
@@ -44,8 +49,10 @@ private:
     const qint64 m_maxBytes;
     std::unique_ptr<QNetworkReply, QScopedPointerDeleteLater> m_reply;
     int m_redirects = 0;
-    QTimer m_deadline;
+    QTimer m_silence;
+    QElapsedTimer m_begun;
     QByteArray m_body;
+    std::optional<bool> m_multiplexed; // all that came from the network so far
     std::optional<Result<HttpResponse>> m_result;
     std::stop_callback<std::function<void()>> m_onStop;
 };

@@ -21,12 +21,19 @@ ScrollPage {
             contentY = step < 0 ? 0 : Math.max(0, contentHeight - height);
     }
 
+    // The program begins to load before there is a window.
+    function load() {
+        if (!app.homeLoading)
+            app.loadHome();
+    }
+
     focus: true
 
-    Component.onCompleted: app.loadHome()
+    Component.onCompleted: load()
     Keys.onDownPressed: home.move(1)
     Keys.onUpPressed: home.move(-1)
-    onVisibleChanged: if (visible) app.loadHome()
+    onVisibleChanged: if (visible)
+        load()
 
     PageHeader {
         title: qsTr("Home")
