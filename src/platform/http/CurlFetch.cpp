@@ -8,7 +8,6 @@
 #include "platform/http/WebAddress.h"
 
 #include <QCoreApplication>
-#include <QPointer>
 
 #include <algorithm>
 #include <utility>
@@ -31,13 +30,6 @@ class NobodyReceives : public FetchReceiver
     void ended(const FetchEnd &) override {}
 };
 
-/// Takes a fetch down with the application object.
-struct FetchOwner : QObject
-{
-    using QObject::QObject;
-    CurlFetch fetch{ServiceHosts::current().certificates};
-};
-
 void initializeOnce()
 {
     // Before any thread of ours uses it, and for good: others in the process may use it, too.
@@ -50,10 +42,11 @@ void initializeOnce()
 
 Fetch &Fetch::shared()
 {
-    static QPointer<FetchOwner> owner;
-    if (!owner)
-        owner = new FetchOwner(QCoreApplication::instance());
-    return owner->fetch;
+    static CurlFetch fetch(ServiceHosts::current().certificates);
+    static const auto end =
+        QObject::connect(QCoreApplication::instance(), &QObject::destroyed, [] { fetch.stop(); });
+    Q_UNUSED(end)
+    return fetch;
 }
 
 CurlFetch::CurlFetch(QByteArray certificates)
@@ -73,6 +66,13 @@ CurlFetch::CurlFetch(QByteArray certificates)
 
 CurlFetch::~CurlFetch()
 {
+    stop();
+}
+
+void CurlFetch::stop()
+{
+    if (!m_thread.joinable())
+        return;
     m_stopping = true;
     m_calls->wake();
     m_thread.join();

@@ -23,9 +23,12 @@ class CurlFetch final : public Fetch
 public:
     /// `certificates`: authorities in PEM that are trusted besides the system's.
     explicit CurlFetch(QByteArray certificates = {});
-    /// Ends every request with ErrorKind::Cancelled. Not to be called from a receiver.
     ~CurlFetch() override;
     Q_DISABLE_COPY_MOVE(CurlFetch)
+
+    /// Ends every request with ErrorKind::Cancelled, and drops those that come after it. Not to be
+    /// called from a receiver.
+    void stop();
 
     FetchId start(FetchRequest request, std::shared_ptr<FetchReceiver> receiver) override;
     void cancel(FetchId id) override;

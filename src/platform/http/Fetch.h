@@ -91,8 +91,8 @@ public:
 class Fetch
 {
 public:
-    /// The one of the process. Created on first use, on the main thread; ends with the application
-    /// object.
+    /// The one of the process. Created on first use, on the main thread. Ends every request when the
+    /// application object goes, before its children do; what is asked for later is dropped.
     static Fetch &shared();
 
     virtual ~Fetch() = default;
