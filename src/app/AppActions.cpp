@@ -6,9 +6,9 @@
 #include "catalogue/FetchData.h"
 #include "platform/ThreadPool.h"
 #include "platform/http/HttpClient.h"
-#include "transfers/DownloadName.h"
 #include "torrent/Magnet.h"
 #include "torrent/TorrentMetadata.h"
+#include "transfers/DownloadName.h"
 
 #include <QCoroFuture>
 #include <QDir>
@@ -40,6 +40,7 @@ Result<TorrentInfo> redirectedTo(const QString &magnet)
 void AppState::play(const ArchiveFile &file, const MediaItem &item,
                     const QList<ArchiveFile> &subtitles)
 {
+    m_foresight.handOver(file);
     m_playback.play(file, item, subtitles);
     clearSelectedItem();
     setShowPlayer(true);
@@ -47,12 +48,15 @@ void AppState::play(const ArchiveFile &file, const MediaItem &item,
 
 void AppState::playLocal(const SavedFile &file)
 {
+    m_foresight.handOver(file.url);
     m_playback.playLocal(file);
     setShowPlayer(true);
 }
 
 void AppState::resume(const HistoryEntry &entry)
 {
+    if (const auto start = m_playback.startOf(entry))
+        m_foresight.handOver(start->url);
     if (!m_playback.playEntry(entry))
         return setNotice(QStringLiteral("The watch history holds no address for this film."));
     setShowPlayer(true);

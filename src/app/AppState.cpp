@@ -35,6 +35,7 @@ AppState::AppState(VideoPlayerManager::EngineFactory makeEngine,
     , m_registry(m_settings)
     , m_playback(m_library, std::move(makeEngine))
     , m_workspace(std::move(workspace))
+    , m_foresight(m_playback, *m_workspace, Films::shared())
 {
     for (KeptFile *file : {&m_settings.file(), &m_library.file()})
         connect(file, &KeptFile::troubled, this, &AppState::tellTrouble);
@@ -208,14 +209,32 @@ void AppState::setSectionName(const QString &name)
 
 void AppState::selectItem(const MediaItem &item)
 {
+    m_foresight.leaveItem();
     m_selectedItem = item;
     Q_EMIT selectedItemChanged();
 }
 
 void AppState::clearSelectedItem()
 {
+    m_foresight.leaveItem();
     m_selectedItem.reset();
     Q_EMIT selectedItemChanged();
+}
+
+void AppState::showDetails(const ArchiveDetails &details)
+{
+    if (m_selectedItem && m_selectedItem->id == details.item.id)
+        m_foresight.showItem(details);
+}
+
+void AppState::reachCard(const HistoryEntry &entry)
+{
+    m_foresight.reachCard(entry);
+}
+
+void AppState::leaveCard(const HistoryEntry &entry)
+{
+    m_foresight.leaveCard(entry);
 }
 
 void AppState::clearInspector()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/Foresight.h"
 #include "app/SidebarSection.h"
 #include "catalogue/Collection.h"
 #include "catalogue/MediaItem.h"
@@ -11,8 +12,8 @@
 #include "search/ProviderRegistry.h"
 #include "search/SearchAggregator.h"
 #include "storage/CacheManager.h"
-#include "transfers/DownloadManager.h"
 #include "torrent/TorrentInfo.h"
+#include "transfers/DownloadManager.h"
 
 #include <QCoroTask>
 
@@ -111,6 +112,11 @@ public:
     void setSectionName(const QString &name); // any other name: Home
     Q_INVOKABLE void selectItem(const tavelo::MediaItem &item);
     Q_INVOKABLE void clearSelectedItem();
+    /// The screen shows the files of the selected item.
+    Q_INVOKABLE void showDetails(const tavelo::ArchiveDetails &details);
+    /// The pointer or the keyboard is on the card of a film to go on with, or not any more.
+    Q_INVOKABLE void reachCard(const tavelo::HistoryEntry &entry);
+    Q_INVOKABLE void leaveCard(const tavelo::HistoryEntry &entry);
     Q_INVOKABLE void clearInspector();
     void setShowPlayer(bool show);
     void setNotice(const QString &text);
@@ -249,6 +255,7 @@ private:
     ProviderRegistry m_registry;
     PlaybackCoordinator m_playback;
     std::unique_ptr<Workspace> m_workspace;
+    Foresight m_foresight;
 };
 
 } // namespace tavelo

@@ -5,7 +5,6 @@
 #include "platform/files/StandardFolders.h"
 #include "platform/http/ServiceHosts.h"
 #include "platform/media/MediaEngine.h"
-#include "testlib/FakeWorkspace.h"
 #include "testlib/Table.h"
 #include "ui/UiModule.h"
 
@@ -119,8 +118,10 @@ HistoryEntry Program::watched(int number, double position, double duration)
 
 bool Program::show()
 {
+    auto workspace = std::make_unique<FakeWorkspace>(m_handed);
+    m_workspace = workspace.get();
     m_state = std::make_unique<AppState>([] { return MediaEngine::create({.headless = false}); },
-                                         std::make_unique<FakeWorkspace>(m_handed));
+                                         std::move(workspace));
     m_engine = std::make_unique<QQmlApplicationEngine>();
     UiModule::prepare(*m_engine);
     m_engine->setInitialProperties({{"app", QVariant::fromValue(m_state.get())}});

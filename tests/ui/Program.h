@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/AppState.h"
+#include "testlib/FakeWorkspace.h"
 #include "testlib/FaultServer.h"
 
 #include <QQmlApplicationEngine>
@@ -37,6 +38,8 @@ public:
 
     /// What was handed to other applications, as FakeWorkspace writes it.
     const QStringList &handed() const { return m_handed; }
+    /// After show().
+    FakeWorkspace &workspace() { return *m_workspace; }
     AppState &state() { return *m_state; }
     VideoPlayerManager &player() { return *m_state->playback()->player(); }
     QQuickWindow *window() const { return m_window; }
@@ -65,6 +68,7 @@ public:
 
 private:
     QStringList m_handed;
+    FakeWorkspace *m_workspace = nullptr; // the state's
     std::unique_ptr<AppState> m_state;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow *m_window = nullptr;

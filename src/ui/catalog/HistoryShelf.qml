@@ -16,10 +16,19 @@ Shelf {
     visible: records.length > 0
 
     delegate: ShelfCard {
+        readonly property bool reached: history.telling && (hovered || ringed)
+
         progress: history.telling ? record.progress : -1
         shelf: history
         subtitle: history.telling ? Format.watched(record.position) : ""
         url: record.thumbnailURL
+
+        onReachedChanged: {
+            if (reached)
+                history.app.reachCard(record);
+            else
+                history.app.leaveCard(record);
+        }
     }
 
     onActivated: entry => app.resume(entry)

@@ -33,6 +33,8 @@ RowPage {
         id: answer
 
         item: view.item
+
+        onDetailsChanged: if (details) view.app.showDetails(details)
     }
     ItemFiles {
         id: files
