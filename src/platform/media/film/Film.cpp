@@ -79,7 +79,8 @@ void Film::setAlternatives(const QList<QUrl> &urls)
 void Film::prepare(double startAt, qint64 mostBytes)
 {
     post([this, startAt, mostBytes] {
-        m_wants.prepare(startAt, mostBytes);
+        if (readings().empty())
+            m_wants.prepare(startAt, mostBytes);
         look();
     });
 }
@@ -103,7 +104,8 @@ std::vector<FilmWants::Reading> Film::readings() const
     std::vector<FilmWants::Reading> all;
     for (const auto &weak : m_readers) {
         if (const auto reader = weak.lock(); reader && !reader->isOver())
-            all.push_back({reader->place(), reader->waitsFor() > 0ms, reader->expected()});
+            all.push_back({reader->place(), reader->waitsFor() > 0ms, reader->expected(),
+                           reader->expectations()});
     }
     return all;
 }
@@ -130,6 +132,8 @@ void Film::look()
             break;
         start(*span);
     }
+    if (reading.empty() && m_slices.empty() && Clock::now() >= m_retryAt)
+        m_ticker.stop(); // it is prepared
 }
 
 /// Nobody wants the film. What is on its way is let go, with its connections where need be.
@@ -151,10 +155,10 @@ bool Film::mayAsk() const
 void Film::readIndex()
 {
     const auto &span = m_wants.index();
-    if (!span || m_hasReadIndex)
+    if (!span || m_wants.isIndexRead())
         return;
     if (const auto bytes = m_state->bytesOf(*span)) {
-        m_hasReadIndex = true;
+        m_wants.indexIsRead();
         if (auto index = Mp4Index::parse(*bytes))
             m_state->setIndex(std::make_shared<const Mp4Index>(*std::move(index)), *span);
     }
@@ -261,6 +265,7 @@ void Film::send(const std::shared_ptr<Slice> &slice)
                          .range = FetchRange{slice->span.first, slice->span.end - 1},
                          .urgency = isRead ? FetchUrgency::Film : FetchUrgency::Probe,
                          .silenceLimit = silenceLimit};
+    slice->counts = counts;
     m_slices.push_back(slice);
     slice->id = m_fetch.start(std::move(request),
                               std::make_shared<SliceReceiver>(shared_from_this(), slice));

@@ -112,7 +112,6 @@ private:
     QTimer m_ticker;
     bool m_countsView = false; // the next request is the one that counts as a view
     bool m_isShort = false;
-    bool m_hasReadIndex = false;
     bool m_isRecalled = false; // something that is held is of an earlier time
     int m_failures = 0;        // since the last byte
     Clock::time_point m_retryAt{};

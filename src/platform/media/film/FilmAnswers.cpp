@@ -92,6 +92,7 @@ void Film::refused(const Slice &slice, int status)
 void Film::broken(const Slice &slice, const FetchEnd &end)
 {
     m_nodes.failed(slice.address);
+    m_countsView = m_countsView || (slice.counts && !end.head);
     const auto now = Clock::now();
     if (now < m_retryAt)
         return; // several that broke together broke once
@@ -110,7 +111,6 @@ void Film::contradicted()
         return m_state->fail(tr("The film was changed on the server."));
     m_isRecalled = false;
     m_wants.forgetIndex();
-    m_hasReadIndex = false;
     m_state->outdate();
 }
 

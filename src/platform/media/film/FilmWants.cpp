@@ -30,6 +30,8 @@ void FilmWants::prepare(double startAt, qint64 mostBytes)
 void FilmWants::forgetIndex()
 {
     m_index.reset();
+    m_isIndexRead = false;
+    m_shown = 0;
     m_media.reset();
     m_missing.reset();
     m_picture.reset();
@@ -54,7 +56,7 @@ void FilmWants::update(const std::vector<Reading> &readings, std::optional<qint6
     findIndex();
     wantIndex();
     for (const Reading &reading : readings) {
-        wantPicture(reading.expected);
+        wantPicture(reading);
         wantReading(reading);
     }
     if (readings.empty() && m_preparing)
@@ -77,7 +79,9 @@ void FilmWants::findIndex()
 
 void FilmWants::wantIndex()
 {
-    if (m_index && !m_state.index() && !holds(*m_index)) {
+    if (m_isIndexRead)
+        return;
+    if (m_index && !holds(*m_index)) {
         m_lacksPicture = true;
         want(*m_index, share(*m_index));
     } else if (!m_index && m_missing) {
@@ -87,17 +91,20 @@ void FilmWants::wantIndex()
     }
 }
 
-void FilmWants::wantPicture(double seconds)
+void FilmWants::wantPicture(const Reading &reading)
 {
     if (!m_state.index())
         return;
-    const ByteSpan picture = pictureAt(seconds);
-    if (!holds(picture)) {
+    const ByteSpan picture = pictureAt(reading.expected);
+    if (reading.expectation > m_shown && !holds(picture)) {
         m_lacksPicture = true;
         want(picture, share(picture));
+    } else {
+        m_shown = std::max(m_shown, reading.expectation);
     }
     // What comes next is asked for before anybody has read that far.
-    want({picture.end, picture.end + m_slice}, m_slice);
+    if (reading.place < picture.end)
+        want({picture.end, picture.end + m_slice}, m_slice);
 }
 
 /// The index takes its time for an answer.

@@ -31,6 +31,7 @@ public:
         qint64 place = 0;
         bool isWaiting = false;
         double expected = 0; // seconds: where the viewer goes
+        int expectation = 0; // grows with each way there
     };
 
     explicit FilmWants(const FilmState &state)
@@ -52,11 +53,14 @@ public:
     /// Where the index lies; absent: not known, or there is none.
     const std::optional<ByteSpan> &index() const { return m_index; }
     void forgetIndex();
+    /// It has been held, and read as far as it can be.
+    void indexIsRead() { m_isIndexRead = true; }
+    bool isIndexRead() const { return m_isIndexRead; }
 
 private:
     void findIndex();
     void wantIndex();
-    void wantPicture(double seconds);
+    void wantPicture(const Reading &reading);
     ByteSpan pictureAt(double seconds);
     void wantReading(const Reading &reading);
     void wantPrepared();
@@ -68,6 +72,8 @@ private:
     std::optional<ByteSpan> m_index;
     std::optional<ByteSpan> m_media;   // what the pictures lie in
     std::optional<ByteSpan> m_missing; // to find the index
+    bool m_isIndexRead = false;
+    int m_shown = 0; // the last expectation whose picture was held
     bool m_preparing = false;
     double m_startAt = 0;      // seconds
     qint64 m_allowance = 0;    // bytes that may still be asked for

@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QPointer>
+#include <QThread>
 
 #include <algorithm>
 #include <utility>
@@ -46,7 +47,7 @@ Films::Entry &Films::entryOf(const QUrl &url)
     }
     const FilmNumber number{++m_numbers};
     auto keeper = [self = QPointer(this)](Film &film, double seconds) {
-        if (self)
+        if (self && QThread::currentThread() == self->thread())
             self->keep(film, seconds);
     };
     m_films.insert(m_films.begin(),

@@ -38,6 +38,7 @@ struct Slice
     const Address address;
     const Clock::time_point started = Clock::now();
     FetchId id = {};
+    bool counts = false;   // as a view of the item
     bool isSecond = false; // beside another one that asks for the same
     bool hasSecond = false;
     bool askedItem = false; // after silence, the item's own address was asked for it

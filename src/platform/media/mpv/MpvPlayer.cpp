@@ -50,9 +50,9 @@ MpvPlayer::~MpvPlayer()
 {
     mpv_set_wakeup_callback(m_core->handle(), nullptr, nullptr);
     // The core may outlive us in the renderer's hands; the film must not.
-    m_core->command(MpvReply::stopKind, {"stop"});
     if (m_stream)
         m_stream->cancel();
+    m_core->command(MpvReply::stopKind, {"stop"});
 }
 
 void MpvPlayer::load(const QUrl &url, double startAt)
