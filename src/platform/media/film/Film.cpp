@@ -120,11 +120,10 @@ void Film::look()
     if (!m_ticker.isActive())
         m_ticker.start();
     followWholeFilm();
-    readIndex();
     if (!mayAsk())
         return;
     for (;;) {
-        m_wants.update(reading, m_speed.median(), m_hungryUntil > Clock::now());
+        updateWants(reading);
         const auto span = nextSpan();
         const bool hasRoom = static_cast<int>(m_slices.size()) < mostSlices();
         const auto urgent = [this] { return m_wants.list().front().span.first; };
@@ -152,16 +151,28 @@ bool Film::mayAsk() const
     return m_state->error().isEmpty() && Clock::now() >= m_retryAt;
 }
 
-void Film::readIndex()
+void Film::updateWants(const std::vector<FilmWants::Reading> &reading)
+{
+    const auto update = [&] {
+        m_wants.update(reading, m_speed.median(), m_hungryUntil > Clock::now());
+    };
+    update();
+    if (readIndex())
+        update();
+}
+
+/// True when it has just become known.
+bool Film::readIndex()
 {
     const auto &span = m_wants.index();
     if (!span || m_wants.isIndexRead())
-        return;
+        return false;
     if (const auto bytes = m_state->bytesOf(*span)) {
         m_wants.indexIsRead();
         if (auto index = Mp4Index::parse(*bytes))
             m_state->setIndex(std::make_shared<const Mp4Index>(*std::move(index)), *span);
     }
+    return m_wants.isIndexRead();
 }
 
 int Film::mostSlices() const
@@ -242,15 +253,25 @@ bool Film::isOnItsWay(qint64 place, qint64 &upTo) const
 void Film::start(const ByteSpan &span)
 {
     const auto address = m_countsView ? Slice::Address::Item : m_nodes.current();
-    const auto slice = std::make_shared<Slice>(span, address);
+    const auto slice = std::make_shared<Slice>(withOverlap(span, address), address);
     ++m_started;
     m_wants.asked(span.size());
     send(slice);
 }
 
+/// Whoever may answer from another node begins within what is held: that two nodes' files are one
+/// film, bytes of both tell.
+ByteSpan Film::withOverlap(const ByteSpan &span, Slice::Address address) const
+{
+    if (address == Slice::Address::Node || span.first == 0)
+        return span;
+    const qint64 before = span.first - 1;
+    return {before - before % SliceCache::blockBytes, span.end};
+}
+
 void Film::startSecond(Slice &first, Slice::Address address)
 {
-    const auto second = std::make_shared<Slice>(first.rest(), address);
+    const auto second = std::make_shared<Slice>(withOverlap(first.rest(), address), address);
     second->isSecond = true;
     first.hasSecond = true;
     send(second);
@@ -266,6 +287,7 @@ void Film::send(const std::shared_ptr<Slice> &slice)
                          .urgency = isRead ? FetchUrgency::Film : FetchUrgency::Probe,
                          .silenceLimit = silenceLimit};
     slice->counts = counts;
+    slice->asked = request.url;
     m_slices.push_back(slice);
     slice->id = m_fetch.start(std::move(request),
                               std::make_shared<SliceReceiver>(shared_from_this(), slice));

@@ -75,7 +75,8 @@ private:
     }
     void look();
     void rest();
-    void readIndex();
+    void updateWants(const std::vector<FilmWants::Reading> &reading);
+    bool readIndex();
     bool mayAsk() const;
     int mostSlices() const;
     std::optional<ByteSpan> nextSpan() const;
@@ -84,6 +85,7 @@ private:
     bool isOnItsWay(qint64 place, qint64 &upTo) const;
     bool makeRoom(qint64 place);
     void start(const ByteSpan &span);
+    ByteSpan withOverlap(const ByteSpan &span, Slice::Address address) const;
     void startSecond(Slice &first, Slice::Address address);
     void send(const std::shared_ptr<Slice> &slice);
     void tick();

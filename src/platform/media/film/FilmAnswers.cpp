@@ -57,7 +57,7 @@ void Film::sliceEnded(const Slice &slice, const FetchEnd &end,
         m_failures = 0;
     if (verdict == FilmState::Verdict::Changed)
         return contradicted();
-    if (verdict == FilmState::Verdict::WrongPart && !m_nodes.refused(slice.address))
+    if (verdict == FilmState::Verdict::WrongPart && !m_nodes.refused(slice.asked))
         return m_state->fail(tr("The server sent the wrong part of the film."));
     const int status = end.head ? end.head->status : 0;
     if (verdict == FilmState::Verdict::WrongPart) {
@@ -85,13 +85,13 @@ void Film::refused(const Slice &slice, int status)
     if (status == rangeNotSatisfiable)
         return m_state->isConfirmed() || m_isRecalled ? contradicted()
                                                       : m_state->fail(tr("The file is empty."));
-    if (!m_nodes.refused(slice.address))
+    if (!m_nodes.refused(slice.asked))
         m_state->fail(QStringLiteral("HTTP %1").arg(status));
 }
 
 void Film::broken(const Slice &slice, const FetchEnd &end)
 {
-    m_nodes.failed(slice.address);
+    m_nodes.failed(slice.asked);
     m_countsView = m_countsView || (slice.counts && !end.head);
     const auto now = Clock::now();
     if (now < m_retryAt)

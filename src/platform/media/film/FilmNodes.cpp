@@ -53,19 +53,30 @@ QUrl FilmNodes::url(Address address, bool counted) const
     return counted ? m_item : uncounted(m_item);
 }
 
-void FilmNodes::failed(Address address)
+/// Several requests end where the first of them has led away from already.
+bool FilmNodes::isPast(const QUrl &asked) const
 {
-    m_node.clear();
-    if (address == Address::Node)
+    const Address address = current();
+    return asked != url(address, false) && asked != url(address, true);
+}
+
+void FilmNodes::failed(const QUrl &asked)
+{
+    if (isPast(asked))
         return;
+    if (!m_node.isEmpty())
+        return m_node.clear();
     m_alternative = m_alternative + 1 < m_alternatives.size() ? m_alternative + 1 : -1;
 }
 
-bool FilmNodes::refused(Address address)
+bool FilmNodes::refused(const QUrl &asked)
 {
-    m_node.clear();
-    if (address == Address::Node)
+    if (isPast(asked))
         return true;
+    if (!m_node.isEmpty()) {
+        m_node.clear();
+        return true;
+    }
     if (m_alternative + 1 >= m_alternatives.size())
         return false;
     ++m_alternative;

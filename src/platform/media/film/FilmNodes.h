@@ -27,12 +27,14 @@ public:
     QUrl url(Address address, bool counted) const;
 
     void found(const QUrl &source) { m_node = source; }
-    /// It cannot be had there at the moment.
-    void failed(Address address);
-    /// The film is not there. False when there is no other place left to ask.
-    bool refused(Address address);
+    /// The film cannot be had at `asked` at the moment.
+    void failed(const QUrl &asked);
+    /// It is not there. False when there is no other place left to ask.
+    bool refused(const QUrl &asked);
 
 private:
+    bool isPast(const QUrl &asked) const;
+
     const QUrl m_item;
     QUrl m_node;
     QList<QUrl> m_alternatives;

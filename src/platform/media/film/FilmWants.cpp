@@ -31,7 +31,7 @@ void FilmWants::forgetIndex()
 {
     m_index.reset();
     m_isIndexRead = false;
-    m_shown = 0;
+    m_shown = m_arrived = 0;
     m_media.reset();
     m_missing.reset();
     m_picture.reset();
@@ -48,7 +48,8 @@ void FilmWants::update(const std::vector<Reading> &readings, std::optional<qint6
     m_lacksPicture = false;
     m_list.clear();
     for (const Reading &reading : readings) {
-        if (reading.isWaiting)
+        // It may not have noticed yet that its byte has come.
+        if (reading.isWaiting && !holds({reading.place, reading.place + 1}))
             want({reading.place, reading.place + m_slice}, m_slice);
     }
     if (!m_state.isOpened())
@@ -103,7 +104,9 @@ void FilmWants::wantPicture(const Reading &reading)
         m_shown = std::max(m_shown, reading.expectation);
     }
     // What comes next is asked for before anybody has read that far.
-    if (reading.place < picture.end)
+    if (picture.contains(reading.place))
+        m_arrived = std::max(m_arrived, reading.expectation);
+    if (m_arrived < reading.expectation)
         want({picture.end, picture.end + m_slice}, m_slice);
 }
 
@@ -117,7 +120,9 @@ ByteSpan FilmWants::pictureAt(double seconds)
 
 void FilmWants::wantReading(const Reading &reading)
 {
-    want({reading.place, reading.place + 2 * m_slice}, m_slice);
+    // Until it is at that picture, it reads what it will not go on with.
+    if (!m_state.index() || m_arrived >= reading.expectation)
+        want({reading.place, reading.place + 2 * m_slice}, m_slice);
 }
 
 void FilmWants::wantPrepared()

@@ -73,7 +73,8 @@ private:
     std::optional<ByteSpan> m_media;   // what the pictures lie in
     std::optional<ByteSpan> m_missing; // to find the index
     bool m_isIndexRead = false;
-    int m_shown = 0; // the last expectation whose picture was held
+    int m_shown = 0;   // the last expectation whose picture was held, and
+    int m_arrived = 0; // where it was read
     bool m_preparing = false;
     double m_startAt = 0;      // seconds
     qint64 m_allowance = 0;    // bytes that may still be asked for

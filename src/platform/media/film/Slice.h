@@ -24,10 +24,10 @@ struct Slice
         Alternative, // another node that the catalogue names
     };
 
-    Slice(ByteSpan asked, Address whom)
-        : span(asked)
+    Slice(ByteSpan bytes, Address whom)
+        : span(bytes)
         , address(whom)
-        , next(asked.first)
+        , next(bytes.first)
     {}
 
     qint64 bytesSoFar() const { return next - span.first; }
@@ -37,6 +37,7 @@ struct Slice
     const ByteSpan span;
     const Address address;
     const Clock::time_point started = Clock::now();
+    QUrl asked = {};
     FetchId id = {};
     bool counts = false;   // as a view of the item
     bool isSecond = false; // beside another one that asks for the same
