@@ -121,15 +121,19 @@ struct Tables
     QByteArray clock = mp4::table("mdhd", {0, 0, 100, 1000, 0});
     QByteArray fragments = {};
 
-    QByteArray moov() const
+    QByteArray trak(quint32 flags = 0) const
     {
         using namespace mp4;
         const QByteArray stbl = box("stbl", times + keys + delays + chunks + sizes + places);
         const QByteArray hdlr = table("hdlr", {0, 0x76696465, 0, 0, 0});
         const QByteArray mdia = box("mdia", clock + hdlr + box("minf", stbl));
-        return box("moov", table("mvhd", {0, 0, 1000, 10000, 0}) +
-                               box("trak", box("edts", edits) + mdia) + fragments);
+        return box("trak", box("tkhd", numbers({flags})) + box("edts", edits) + mdia);
     }
+    QByteArray moov(const QByteArray &tracks) const
+    {
+        return mp4::box("moov", mp4::table("mvhd", {0, 0, 1000, 10000, 0}) + tracks + fragments);
+    }
+    QByteArray moov() const { return moov(trak()); }
 };
 
 } // namespace
@@ -290,24 +294,40 @@ private Q_SLOTS:
         QTEST(index->bytesFor(6, 7.5), "span");
     }
 
+    void picturesThatAreNotShownDoNotCount()
+    {
+        const Tables chapters{.places = mp4::table("stco", {5, 1, 2, 3, 4, 5})};
+        const Tables film;
+        const ByteSpan shown{1250, 1340};
+        QCOMPARE(Mp4Index::parse(film.moov(chapters.trak() + film.trak(7)))->bytesFor(6, 7.5),
+                 shown);
+        QVERIFY(Mp4Index::parse(film.moov(chapters.trak(1) + film.trak(1)))->bytesFor(6, 7.5) !=
+                shown);
+    }
+
     void littleMediaIsKeptOfHeavyFilms_data()
     {
         // The bytes of one picture; the film is left at the ninth.
-        const auto add = columns<quint32, ByteSpan>("each", "kept");
-        add("all", 400'000, {1000, 4'001'000});
-        add("from the key frame before", 500'000, {2'501'000, 5'001'000});
-        add("not all that is needed", 1'000'000, {5'001'000, 5'001'000 + KeptFilm::maxMediaBytes});
+        const auto add = columns<quint32, qint64, ByteSpan>("each", "heldFrom", "kept");
+        add("all", 400'000, 0, {1000, 4'001'000});
+        add("from the key frame before", 500'000, 0, {2'501'000, 5'001'000});
+        add("not all that is needed", 1'000'000, 0,
+            {5'001'000, 5'001'000 + KeptFilm::maxMediaBytes});
+        add("what is held", 100'000, 501'000, {501'000, 1'001'000});
+        add("what is held since", 100'000, 600'000, {501'000, 1'001'000});
     }
     void littleMediaIsKeptOfHeavyFilms()
     {
         QFETCH(quint32, each);
+        QFETCH(qint64, heldFrom);
+        const auto isHeld = [=](const ByteSpan &span) { return span.first >= heldFrom; };
         const auto place = [=](quint32 chunk) { return 1000 + chunk * 2 * each; };
         const Tables heavy{
             .sizes = mp4::table("stsz", {each, 10}),
             .places = mp4::table("stco", {5, place(0), place(1), place(2), place(3), place(4)})};
         const auto index = Mp4Index::parse(heavy.moov());
         QVERIFY(index);
-        QTEST(KeptFilm::mediaAround(*index, 8), "kept");
+        QTEST(KeptFilm::mediaAround(*index, 8, isHeld), "kept");
     }
 
     void falseTablesAreRefused_data()

@@ -112,7 +112,10 @@ std::optional<KeptFilm> FilmState::keptFrom(double seconds) const
     if (!m_index || !m_size || m_outdated)
         return {};
     KeptFilm kept{{}, m_version, m_essential};
-    if (const auto media = pieceOf(KeptFilm::mediaAround(*m_index, seconds)))
+    const auto isHeld = [this](const ByteSpan &span) {
+        return heldUpTo(span.first, span.end) >= span.end;
+    };
+    if (const auto media = pieceOf(KeptFilm::mediaAround(*m_index, seconds, isHeld)))
         kept.pieces.append(*media);
     return kept;
 }

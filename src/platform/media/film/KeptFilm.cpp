@@ -84,16 +84,18 @@ QByteArray KeptFilm::keyOf(const QUrl &url)
     return hashOf(url.toEncoded(QUrl::RemoveFragment));
 }
 
-ByteSpan KeptFilm::mediaAround(const Mp4Index &index, double place)
+ByteSpan KeptFilm::mediaAround(const Mp4Index &index, double place,
+                               const std::function<bool(const ByteSpan &)> &isHeld)
 {
     constexpr double next = 2;
     ByteSpan media;
     for (const double last : {15.0, 10.0, 5.0, 0.0}) {
-        media = index.bytesFor(std::max(place - last, 0.0), place + next);
-        if (media.size() <= maxMediaBytes)
+        const double from = std::max(place - last, 0.0);
+        media = index.bytesFor(from, place + next);
+        if (media.size() <= maxMediaBytes && isHeld(index.bytesFor(from, place)))
             return media;
     }
-    return {media.first, media.first + maxMediaBytes};
+    return {media.first, std::min(media.end, media.first + maxMediaBytes)};
 }
 
 QByteArray KeptFilm::encoded() const

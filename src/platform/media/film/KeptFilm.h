@@ -8,6 +8,7 @@
 #include <QIODevice>
 #include <QList>
 
+#include <functional>
 #include <optional>
 
 namespace tavelo {
@@ -42,8 +43,10 @@ struct KeptFilm
     static QByteArray keyOf(const QUrl &url);
 
     /// The media that lets it be shown again where it is left, at `place` seconds: that of the last
-    /// 15 seconds and of the next 2, or less in front where that is more than maxMediaBytes.
-    static ByteSpan mediaAround(const Mp4Index &index, double place);
+    /// 15 seconds and of the next 2. Less in front where that is more than maxMediaBytes, or where
+    /// not all up to `place` is held, as after a jump.
+    static ByteSpan mediaAround(const Mp4Index &index, double place,
+                                const std::function<bool(const ByteSpan &)> &isHeld);
 
     /// As a file. Empty when it is more than may be kept.
     QByteArray encoded() const;

@@ -34,6 +34,7 @@ std::optional<Mp4Index> Mp4Index::parse(const QByteArray &moov)
 
 bool Mp4Index::readTracks(QByteArrayView content, const Mp4Clock &film)
 {
+    std::vector<Mp4Track> hidden; // pictures of chapters, covers
     Mp4Boxes boxes(content);
     while (const auto box = boxes.next()) {
         const quint32 kind = box->type == fourCC("trak") ? Mp4Track::kindOf(box->content) : 0;
@@ -41,11 +42,17 @@ bool Mp4Index::readTracks(QByteArrayView content, const Mp4Clock &film)
         if (!isPicture && kind != fourCC("soun"))
             continue;
         const auto track = Mp4Track::read(box->content, film);
-        if (!track || m_pictures.size() + m_sounds.size() == maxTracks)
+        if (!track || m_pictures.size() + m_sounds.size() + hidden.size() == maxTracks)
             return false;
-        if (track->count() > 0)
-            (isPicture ? m_pictures : m_sounds).push_back(*track);
+        if (track->count() == 0)
+            continue;
+        if (isPicture)
+            (Mp4Track::isEnabled(box->content) ? m_pictures : hidden).push_back(*track);
+        else
+            m_sounds.push_back(*track);
     }
+    if (m_pictures.empty())
+        m_pictures = std::move(hidden);
     return !m_pictures.empty() || !m_sounds.empty();
 }
 

@@ -51,6 +51,12 @@ quint32 Mp4Track::kindOf(QByteArrayView trak)
     return hdlr && hdlr->size() >= 12 ? qFromBigEndian<quint32>(hdlr->data() + 8) : 0;
 }
 
+bool Mp4Track::isEnabled(QByteArrayView trak)
+{
+    const auto tkhd = Mp4Boxes::find(trak, fourCC("tkhd")); // version, flags
+    return tkhd && tkhd->size() >= 4 && (tkhd->at(3) & 1) != 0;
+}
+
 std::optional<Mp4Track> Mp4Track::read(QByteArrayView trak, const Mp4Clock &film)
 {
     const auto mdhd = findPath(trak, {fourCC("mdia"), fourCC("mdhd")});

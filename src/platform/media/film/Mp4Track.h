@@ -18,6 +18,9 @@ public:
     /// What the track is of ("vide", "soun", …); 0 when it does not tell.
     static quint32 kindOf(QByteArrayView trak);
 
+    /// Whether it is played without being chosen.
+    static bool isEnabled(QByteArrayView trak);
+
     /// `trak` is the content of that box; `film` the clock of the whole. Absent when it is damaged,
     /// or plays its media in more than one piece.
     static std::optional<Mp4Track> read(QByteArrayView trak, const Mp4Clock &film);
