@@ -4,15 +4,17 @@
 /download/ITEM/FILE with a redirect to a node; the node has ranges and keeps connections."""
 
 import contextlib
+import dataclasses
 import pathlib
+import re
 import subprocess
 import time
 
 from wire import ADDRESS, end, there
 
 HOST = "archive.test"
-NODE = "node1.archive.test"
-HOSTS = (HOST, NODE)
+NODES = ("node1.archive.test", "node2.archive.test")
+HOSTS = (HOST, *NODES)
 PACED = pathlib.Path(__file__).with_name("paced")
 
 CONFIGURATION = """
@@ -43,14 +45,35 @@ http {{
     location /download/film/ {{
       rewrite ^/download/(.*)$ https://{node}/0/items/$1 redirect;
     }}
-    {rest}
+    {backend}
   }}
   server {{
     listen {address}:443 ssl;
-    server_name {node};
+    server_name {nodes};
     location /0/items/film/ {{ alias {films}/; }}
+    {backend_nodes}
   }}
 }}
+"""
+
+# Another service that does the rest. Its nodes, known here by address and port, are ours.
+BACKEND = """
+    proxy_http_version 1.1;
+    proxy_set_header Connection "";
+    proxy_redirect ~^http://localhost:(?<port>[0-9]+)(?<rest>/.*)$ https://{first}/127.0.0.1:$port$rest;
+    proxy_redirect ~^http://(?<node>127[.][0-9.]+:[0-9]+)(?<rest>/.*)$ https://{second}/$node$rest;
+    location / {{ proxy_pass {address}; }}
+"""
+BACKEND_NODES = """
+    proxy_http_version 1.1;
+    proxy_set_header Connection "";
+    location ~ ^/127[.] {{
+      if ($request_uri ~ ^/([0-9.]+:[0-9]+)(/.*)$) {{
+        set $node $1;
+        set $rest $2;
+      }}
+      proxy_pass http://$node$rest;
+    }}
 """
 
 
@@ -67,6 +90,31 @@ def make_certificates(work):
         ["x509", "-req", "-in", "host.csr", "-out", "host.pem", *sign],
     ):
         subprocess.run(["openssl", *command], cwd=work, check=True, capture_output=True)
+
+
+@dataclasses.dataclass
+class Request:
+    came: float  # seconds since the epoch, when its first byte arrived
+    ended: float
+    host: str
+    connection: str
+    path: str
+    first: int | None  # byte of the file; absent: not a part of a file
+    sent: int  # bytes of the answer's body
+
+
+def requests(log):
+    """The requests of nginx's log, in the order in which they ended."""
+    found = []
+    for line in log.read_text().splitlines():
+        ended, took, host, connection, path, part, status, sent = re.match(
+            r'(\S+) (\S+) (\S+) (c\d+) \S+ \S+ "(.*?)" "(.*?)" (\d+) (\d+)', line).groups()
+        first = re.match(r"bytes=(\d+)-", part)
+        body = status == "206" and first or status == "200"
+        found.append(Request(float(ended) - float(took), float(ended), host, connection, path,
+                             (int(first[1]) if first and status == "206" else 0) if body else None,
+                             int(sent)))
+    return found
 
 
 class Service:
@@ -87,9 +135,10 @@ def service(work, films, rate, backend=None):
     answers everything else."""
     if not (work / "host.pem").exists():
         make_certificates(work)
-    rest = f"location / {{ proxy_pass {backend}; }}" if backend else ""
-    text = CONFIGURATION.format(work=work, films=films, host=HOST, node=NODE, address=ADDRESS,
-                                rest=rest)
+    rest = BACKEND.format(address=backend, first=NODES[0], second=NODES[1]) if backend else ""
+    text = CONFIGURATION.format(work=work, films=films, address=ADDRESS, host=HOST, node=NODES[0],
+                                nodes=" ".join(NODES), backend=rest,
+                                backend_nodes=BACKEND_NODES.format() if backend else "")
     (work / "nginx.conf").write_text(text)
     nginx = subprocess.Popen(there(PACED, ADDRESS, 443, rate, "nginx", "-e", work / "error.log",
                                    "-p", work, "-c", work / "nginx.conf"),
