@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "platform/http/Fetch.h"
 #include "platform/http/ServiceHosts.h"
 #include "platform/media/MediaEngine.h"
+#include "platform/media/film/FilmMemory.h"
+#include "platform/media/film/Films.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QSslCertificate>
-#include <QSslConfiguration>
+#include <QFile>
 #include <QTimer>
 
 #include <chrono>
@@ -18,6 +20,12 @@
 
 // One film in the program's engine without a window: how long until it plays, and until it plays
 // from other places. bench/far runs it for every row of its table.
+//   --trust FILE      authorities of the service
+//   --connected       a connection to the service is open already
+//   --sheet SECONDS   and the film's sheet was read for so long
+//   --memory FOLDER   what is kept of films
+//   --at SECONDS      where the film begins
+//   --seek SECONDS    where it goes on then; any number of times
 
 using namespace tavelo;
 using namespace std::chrono_literals;
@@ -25,6 +33,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto longestWait = 120s;
+constexpr auto connecting = 1s;
 constexpr auto settling = 300ms;       // of a new engine, before its first film
 constexpr auto watched = 3s;           // between two seeks
 constexpr double shouldHavePlayed = 1; // seconds of `watched`
@@ -46,6 +55,11 @@ bool runUntil(const std::function<bool()> &done, std::chrono::milliseconds most)
     return done();
 }
 
+void wait(std::chrono::milliseconds time)
+{
+    runUntil([] { return false; }, time);
+}
+
 [[noreturn]] void giveUp(const char *what, const MediaPlayer &player)
 {
     std::printf("failed %s %s\n", what, qPrintable(player.itemError()));
@@ -63,7 +77,7 @@ void tell(const char *what, const QElapsedTimer &timer)
 void watch(const MediaPlayer &player)
 {
     const double from = player.currentTime();
-    runUntil([] { return false; }, watched);
+    wait(watched);
     if (player.currentTime() < from + shouldHavePlayed)
         giveUp("stands still", player);
 }
@@ -98,11 +112,32 @@ void seek(MediaPlayer &player, double to)
     watch(player);
 }
 
-void trust(const QString &certificates)
+bool replaceHosts(const QUrl &film, const QString &certificates)
 {
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.addCaCertificates(QSslCertificate::fromPath(certificates));
-    QSslConfiguration::setDefaultConfiguration(configuration);
+    ServiceHosts hosts;
+    QFile file(certificates);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    hosts.certificates = file.readAll();
+    hosts.archive = film.adjusted(QUrl::RemovePath | QUrl::RemoveQuery).toString();
+    ServiceHosts::replace(hosts);
+    return true;
+}
+
+/// What the program has done by the time that Play is pressed.
+void goAhead(const QCommandLineParser &line, const QUrl &film)
+{
+    if (line.isSet(QStringLiteral("memory")))
+        FilmMemory::shared().setFolder(line.value(QStringLiteral("memory")));
+    const double sheet = line.value(QStringLiteral("sheet")).toDouble();
+    if (sheet > 0 || line.isSet(QStringLiteral("connected"))) {
+        Fetch::shared().connectAhead(QUrl(ServiceHosts::current().archive));
+        wait(connecting);
+    }
+    if (sheet > 0) {
+        Films::shared().prepare({.url = film});
+        wait(std::chrono::milliseconds(static_cast<qint64>(sheet * 1000)));
+    }
 }
 
 } // namespace
@@ -112,23 +147,25 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     QCommandLineParser line;
     line.addOption({QStringLiteral("trust"), {}, QStringLiteral("FILE")});
+    line.addOption({QStringLiteral("connected")});
+    line.addOption({QStringLiteral("sheet"), {}, QStringLiteral("SECONDS")});
+    line.addOption({QStringLiteral("memory"), {}, QStringLiteral("FOLDER")});
     line.addOption({QStringLiteral("at"), {}, QStringLiteral("SECONDS"), QStringLiteral("0")});
     line.addOption({QStringLiteral("seek"), {}, QStringLiteral("SECONDS")});
     line.addPositionalArgument(QStringLiteral("URL"), {});
     line.process(application);
 
     const QUrl film(line.positionalArguments().value(0));
-    ServiceHosts hosts;
-    hosts.archive = film.adjusted(QUrl::RemovePath | QUrl::RemoveQuery).toString();
-    ServiceHosts::replace(hosts);
-    trust(line.value(QStringLiteral("trust")));
-
+    if (!replaceHosts(film, line.value(QStringLiteral("trust"))))
+        return std::puts("failed no certificates"), 1;
     const auto player = MediaEngine::create({.headless = true});
     if (!player)
         return std::puts("failed no engine"), 1;
-    runUntil([] { return false; }, settling);
+    wait(settling);
+    goAhead(line, film);
     start(*player, film, line.value(QStringLiteral("at")).toDouble());
     for (const QString &seconds : line.values(QStringLiteral("seek")))
         seek(*player, seconds.toDouble());
+    std::printf("at %.3f\n", player->currentTime());
     return 0;
 }
