@@ -147,7 +147,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     QCommandLineParser line;
     line.addOption({QStringLiteral("trust"), {}, QStringLiteral("FILE")});
-    line.addOption({QStringLiteral("connected")});
+    line.addOption(QCommandLineOption(QStringLiteral("connected")));
     line.addOption({QStringLiteral("sheet"), {}, QStringLiteral("SECONDS")});
     line.addOption({QStringLiteral("memory"), {}, QStringLiteral("FOLDER")});
     line.addOption({QStringLiteral("at"), {}, QStringLiteral("SECONDS"), QStringLiteral("0")});
