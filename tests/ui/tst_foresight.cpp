@@ -145,6 +145,36 @@ private Q_SLOTS:
         QVERIFY(!QTest::qWaitFor([&] { return requests(id) > 0; }, quiet));
     }
 
+    void anotherNodeHasTheFilm_data()
+    {
+        const auto row = columns<bool, QString>("metered", "file");
+        row("that was prepared", false, "first.mov");
+        row("over a metered line", true, "first.mov");
+        row("that was not the first", false, "second.mov");
+    }
+    void anotherNodeHasTheFilm()
+    {
+        QFETCH(bool, metered);
+        QFETCH(QString, file);
+        Program program;
+        QVERIFY(program.show());
+        program.workspace().metered = metered;
+        FaultServer node("127.0.0.2");
+        const QByteArray id = serveFilm({.status = 503});
+        const QByteArray dir = "/3/items/" + id;
+        node.serve(dir + '/' + file.toUtf8(), {.body = film(), .ranges = true});
+        QByteArray metadata =
+            "{'metadata':{},'server':'127.0.0.2:" + QByteArray::number(node.url("/").port()) +
+            "','dir':'" + dir + "','files':[{'name':'first.mov'},{'name':'second.mov'}]}";
+        Program::server().serve("/metadata/" + id, {.body = metadata.replace('\'', '"')});
+        program.state().selectItem(itemOf(id));
+        QTRY_VERIFY_WITH_TIMEOUT(program.countControls("Play") == 2, patience);
+        program.keys(QList<Qt::Key>(file == "second.mov" ? 2 : 1, Qt::Key_Down));
+        program.key(Qt::Key_Return);
+        QTRY_VERIFY(program.state().showPlayer());
+        QTRY_VERIFY_WITH_TIMEOUT(program.player().player()->hasArrived(), patience);
+    }
+
     void theClosedSheetStopsIt()
     {
         Program program;
