@@ -87,15 +87,14 @@ QByteArray KeptFilm::keyOf(const QUrl &url)
 ByteSpan KeptFilm::mediaAround(const Mp4Index &index, double place,
                                const std::function<bool(const ByteSpan &)> &isHeld)
 {
-    constexpr double next = 2;
-    ByteSpan media;
-    for (const double last : {15.0, 10.0, 5.0, 0.0}) {
-        const double from = std::max(place - last, 0.0);
-        media = index.bytesFor(from, place + next);
-        if (media.size() <= maxMediaBytes && isHeld(index.bytesFor(from, place)))
+    const ByteSpan ahead = index.bytesFor(place, place + 2);
+    for (const double last : {15.0, 10.0, 5.0}) {
+        const ByteSpan past = index.bytesFor(std::max(place - last, 0.0), place);
+        const ByteSpan media{std::min(past.first, ahead.first), std::max(past.end, ahead.end)};
+        if (media.size() <= maxMediaBytes && isHeld(past))
             return media;
     }
-    return {media.first, std::min(media.end, media.first + maxMediaBytes)};
+    return {ahead.first, std::min(ahead.end, ahead.first + maxMediaBytes)};
 }
 
 QByteArray KeptFilm::encoded() const
