@@ -8,8 +8,8 @@ namespace tavelo {
 
 DemoServer::DemoServer(const QString &filmsFolder)
     : m_catalogue(m_thread.add())
-    , m_nodes{&m_thread.add(QStringLiteral("localhost")),
-              &m_thread.add(QStringLiteral("127.0.0.2"))}
+    , m_nodes{&m_thread.add(QStringLiteral("127.0.0.2")),
+              &m_thread.add(QStringLiteral("127.0.0.3"))}
     , m_routes(filmsFolder, {m_nodes[0]->base(), m_nodes[1]->base()})
 {
     m_thread.run([this] {

@@ -11,7 +11,7 @@
 namespace tavelo {
 
 /// A film service on 127.0.0.1, on a thread of its own: search, metadata, posters, pages. The files
-/// lie on two nodes, "localhost" and 127.0.0.2, to which its download addresses redirect in turn.
+/// lie on two nodes, 127.0.0.2 and 127.0.0.3, to which its download addresses redirect in turn.
 /// At the same address are the torrent search services: ApiBay, YTS, and the Torznab indexers
 /// /torznab/reel/api, /torznab/slow/api (late) and /torznab/broken/api, whose key is "demo-key".
 class DemoServer

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppState.h"
 #include "app/Suggestions.h"
+#include "loopback/HttpService.h"
 #include "platform/files/FileContent.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/http/ServiceHosts.h"
 #include "testlib/FakeWorkspace.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QDir>
@@ -47,7 +47,7 @@ class tst_AppState : public QObject
 
 private:
     QTemporaryDir m_folder;
-    FaultServer m_server;
+    HttpService m_server;
     QStringList m_handed;
     std::unique_ptr<AppState> m_state;
 

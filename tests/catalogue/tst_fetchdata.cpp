@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "catalogue/FetchData.h"
+#include "loopback/HttpService.h"
 #include "platform/http/HttpClient.h"
 #include "platform/http/ServiceHosts.h"
 #include "testlib/Awaited.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QScopeGuard>
@@ -41,7 +41,7 @@ class TestFetchData : public QObject
     Q_OBJECT
 
 private:
-    FaultServer m_server;
+    HttpService m_server;
 
 private Q_SLOTS:
     void cleanup()
@@ -185,14 +185,14 @@ private Q_SLOTS:
 
     void timeout_data()
     {
-        const auto row = columns<FaultServer::Answer>("answer");
+        const auto row = columns<HttpService::Answer>("answer");
         const QByteArray body(100'000, 'x');
-        row("no answer", FaultServer::Answer{.silent = true});
-        row("no end", FaultServer::Answer{.body = body, .silentAfter = 50'000});
+        row("no answer", HttpService::Answer{.silent = true});
+        row("no end", HttpService::Answer{.body = body, .silentAfter = 50'000});
     }
     void timeout()
     {
-        QFETCH(FaultServer::Answer, answer);
+        QFETCH(HttpService::Answer, answer);
         m_server.serve("/x", answer);
         const auto result = fetched(m_server.url("/x"), 300ms);
         QVERIFY(!result);
@@ -221,7 +221,7 @@ private Q_SLOTS:
         ServiceHosts hosts;
         hosts.certificates = certificate.pem;
         ServiceHosts::replace(hosts);
-        FaultServer server("127.0.0.1", secure ? std::optional(certificate) : std::nullopt);
+        HttpService server("127.0.0.1", secure ? std::optional(certificate) : std::nullopt);
         server.serve("/x", {.body = "first"});
         HttpClient client;
         client.connectAhead(server.url("/"));

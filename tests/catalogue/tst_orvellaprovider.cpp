@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/OrvellaProvider.h"
 
+#include "loopback/HttpService.h"
 #include "platform/http/ServiceHosts.h"
 #include "testlib/Awaited.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QTest>
@@ -42,7 +42,7 @@ class TestOrvellaProvider : public QObject
 
 private:
     const QByteArray m_searchPath = "/advancedsearch.php";
-    FaultServer m_server;
+    HttpService m_server;
 
     static Result<QList<MediaItem>> search()
     {

@@ -102,7 +102,10 @@ private Q_SLOTS:
             QCOMPARE(reply->url().query(), query.query());
         }
         const auto document = QJsonDocument::fromJson(get("/metadata/neon_alibi"));
-        QCOMPARE(hosts, QStringList({document["d1"].toString(), document["d2"].toString()}));
+        QStringList roots;
+        for (const QString &host : std::as_const(hosts))
+            roots.append("http://" + host + document["dir"].toString() + "/");
+        QCOMPARE(detailsOf("neon_alibi").nodeRoots, roots);
         const QUrl onNode("http://" + document["server"].toString() + document["dir"].toString() +
                           "/neon_alibi.mp4");
         const QByteArray body = finished(QNetworkRequest(onNode))->readAll();

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "loopback/HttpService.h"
 #include "main/DesktopManners.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/media/MediaEngine.h"
 #include "testlib/FakeWorkspace.h"
-#include "testlib/FaultServer.h"
 #include "testlib/PrivateBus.h"
 
 #include <QDBusInterface>
@@ -267,7 +267,7 @@ private Q_SLOTS:
 
     void tellsOfDownloadsBehindOtherWindows()
     {
-        FaultServer server;
+        HttpService server;
         server.serve("/a.mp4", {.body = "a film"});
         QVERIFY(!m_state->downloads()->start("A <b>Film</b> & more", server.url("/a.mp4"), 6));
         QTRY_COMPARE(m_notifications.shown,

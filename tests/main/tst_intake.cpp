@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "app/AppState.h"
+#include "loopback/HttpService.h"
 #include "main/Intake.h"
 #include "main/SingleInstance.h"
 #include "platform/files/FileContent.h"
 #include "platform/files/StandardFolders.h"
 #include "testlib/FakeWorkspace.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QDir>
@@ -50,7 +50,7 @@ class tst_Intake : public QObject
 
 private:
     QTemporaryDir m_folder;
-    FaultServer m_server;
+    HttpService m_server;
     QStringList m_handed;
     int m_runs = 0;
     std::vector<std::unique_ptr<QProcess>> m_started;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "loopback/HttpService.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/media/MediaEngine.h"
 #include "playback/PlaybackCoordinator.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QCoreApplication>
@@ -324,7 +324,7 @@ private Q_SLOTS:
 
     void goesOnAsItWasWhenTheServerGoes()
     {
-        FaultServer server;
+        HttpService server;
         QFile film(clip("heavy.mov"));
         QVERIFY(film.open(QIODevice::ReadOnly));
         const QByteArray body = film.readAll();

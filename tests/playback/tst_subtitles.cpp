@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "loopback/HttpService.h"
 #include "playback/SubtitleManager.h"
 #include "playback/SubtitleParser.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QDir>
@@ -35,7 +35,7 @@ class TestSubtitles : public QObject
 
 private:
     QTemporaryDir m_folder;
-    FaultServer m_server;
+    HttpService m_server;
 
     SubtitleTrack file(const QString &name, const QByteArray &content) const
     {

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "loopback/HttpService.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/http/ServiceHosts.h"
 #include "search/ProviderRegistry.h"
 #include "search/SearchAggregator.h"
-#include "testlib/FaultServer.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -57,12 +57,12 @@ class TestSearchAggregator : public QObject
 
 private:
     QTemporaryDir m_folder;
-    FaultServer m_server;
+    HttpService m_server;
     SearchAggregator m_aggregator;
 
     // An ApiBay at a folder of the server, which answers as told.
     std::shared_ptr<const TorrentSearchProvider> provider(const QByteArray &name,
-                                                          const FaultServer::Answer &answer)
+                                                          const HttpService::Answer &answer)
     {
         m_server.serve("/" + name + "/q.php", answer);
         return makeProvider(
@@ -121,7 +121,7 @@ private Q_SLOTS:
         QTRY_COMPARE(titles(), QStringList({"a from last", "b from first, last", "c from first"}));
         QCOMPARE(states(), "last 2, never…, down: HTTP 503, first 2");
         QVERIFY(m_aggregator.isSearching());
-        for (const FaultServer::Request &request : m_server.requests())
+        for (const HttpService::Request &request : m_server.requests())
             QVERIFY(request.target.endsWith("q.php?q=two%20words&cat=200"));
     }
 

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 #include "catalogue/FetchData.h"
+#include "loopback/HttpService.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/media/film/FilmMemory.h"
 #include "storage/CacheCleaning.h"
 #include "storage/CacheManager.h"
 #include "storage/CacheTag.h"
 #include "testlib/Awaited.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QDir>
@@ -363,7 +363,7 @@ private Q_SLOTS:
         const auto before = contentBelow(home);
         const auto beforeOutside = contentBelow(outside);
 
-        FaultServer server;
+        HttpService server;
         server.serve("/x", {.body = "kept", .headers = {{"Cache-Control", "max-age=3600"}}});
         SettingsStore settings;
         settings.setCachePath(home);
@@ -406,7 +406,7 @@ private Q_SLOTS:
         QVERIFY(cache.freeBytes() > 0);
 
         // The store of responses follows the folder, and is emptied but kept.
-        FaultServer server;
+        HttpService server;
         server.serve("/x", {.body = "kept", .headers = {{"Cache-Control", "max-age=3600"}}});
         settings.setCachePath(ours(fresh()).path());
         cache.configureURLCache();

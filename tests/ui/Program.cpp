@@ -55,10 +55,10 @@ void collect(QQuickItem *item, QList<QQuickItem *> &items)
 
 } // namespace
 
-FaultServer &Program::server()
+HttpService &Program::server()
 {
     static auto *server = [] {
-        auto *made = new FaultServer;
+        auto *made = new HttpService;
         made->setParent(QCoreApplication::instance());
         ServiceHosts hosts = ServiceHosts::current();
         hosts.archive = hosts.apibay = hosts.yts = made->base();

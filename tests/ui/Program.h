@@ -3,8 +3,8 @@
 #pragma once
 
 #include "app/AppState.h"
+#include "loopback/HttpService.h"
 #include "testlib/FakeWorkspace.h"
-#include "testlib/FaultServer.h"
 
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
@@ -20,7 +20,7 @@ class Program
 public:
     Program();
 
-    static FaultServer &server();
+    static HttpService &server();
     /// An item's answer: files by name, in the service's form.
     static void serveFiles(const QByteArray &id, const QStringList &names, bool restricted = false);
 

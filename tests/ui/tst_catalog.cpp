@@ -20,7 +20,7 @@ class tst_Catalog : public QObject
 private:
     static constexpr int patience = 10'000; // milliseconds
 
-    static FaultServer::Answer &searchAnswer()
+    static HttpService::Answer &searchAnswer()
     {
         return Program::server().at("/advancedsearch.php");
     }
@@ -29,7 +29,7 @@ private:
     static QStringList queries()
     {
         QStringList asked;
-        for (const FaultServer::Request &request : Program::server().requests()) {
+        for (const HttpService::Request &request : Program::server().requests()) {
             const QByteArray query = request.target.split('?').value(1).split('&').value(0);
             if (request.target.startsWith("/advancedsearch.php"))
                 asked.append(QUrl::fromPercentEncoding(query));

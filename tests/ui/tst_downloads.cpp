@@ -25,7 +25,7 @@ QByteArray clip()
 void serveFilm()
 {
     const QByteArray film = clip();
-    FaultServer::Answer answer{.body = film, .etag = "\"1\"", .ranges = true};
+    HttpService::Answer answer{.body = film, .etag = "\"1\"", .ranges = true};
     Program::server().serveRange(filmPath, answer);
     answer.silentAfter = film.size() / 3;
     Program::server().serve(filmPath, answer);

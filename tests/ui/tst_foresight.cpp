@@ -20,7 +20,7 @@ QByteArray film()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-bool isForFilm(const FaultServer::Request &request)
+bool isForFilm(const HttpService::Request &request)
 {
     return request.target.startsWith("/download/");
 }
@@ -32,7 +32,7 @@ qsizetype requests(const QByteArray &id)
 }
 
 /// A film has an address of its own in each test, for what is held of one is held.
-QByteArray serveFilm(FaultServer::Answer answer = {})
+QByteArray serveFilm(HttpService::Answer answer = {})
 {
     static int number = 100;
     const QByteArray id = "film" + QByteArray::number(++number);

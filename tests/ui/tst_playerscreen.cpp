@@ -306,7 +306,7 @@ private Q_SLOTS:
     void playbackError()
     {
         Program program;
-        const FaultServer::Answer film = Program::server().at("/download/film0/reel.mp4");
+        const HttpService::Answer film = Program::server().at("/download/film0/reel.mp4");
         Program::server().serve("/download/film0/reel.mp4", {.status = 404});
         QVERIFY(program.show());
         QVERIFY(program.click("Film 0"));

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
-#include "testlib/FaultServer.h"
+#include "loopback/HttpService.h"
 #include "testlib/Table.h"
 #include "ui/Format.h"
 #include "ui/PosterImage.h"
@@ -89,9 +89,9 @@ public:
     std::unique_ptr<QObject> item;
 };
 
-qsizetype timesAsked(const FaultServer &server, const QByteArray &target)
+qsizetype timesAsked(const HttpService &server, const QByteArray &target)
 {
-    return std::ranges::count(server.requests(), target, &FaultServer::Request::target);
+    return std::ranges::count(server.requests(), target, &HttpService::Request::target);
 }
 
 } // namespace
@@ -172,7 +172,7 @@ private Q_SLOTS:
     void asksForThatVeryAddress()
     {
         QFETCH(QByteArray, target);
-        FaultServer server;
+        HttpService server;
         server.serve(target.split('?').first(), {.body = picture({30, 42}, "PNG")});
         Posters posters;
         posters.item->setProperty("url", QUrl::fromEncoded(server.base().toUtf8() + target));
@@ -196,7 +196,7 @@ private Q_SLOTS:
     {
         QFETCH(int, status);
         QFETCH(QByteArray, body);
-        FaultServer server;
+        HttpService server;
         server.serve("/img", {.body = body, .status = status});
         Posters posters;
         posters.item->setProperty("url", server.url("/img"));
@@ -224,7 +224,7 @@ private Q_SLOTS:
     void askedForAgain()
     {
         QFETCH(bool, refused);
-        FaultServer server;
+        HttpService server;
         server.serve("/img", {.body = picture({30, 42}, "PNG"), .status = refused ? 200 : 503});
         server.setListening(!refused);
         Posters posters;
@@ -248,7 +248,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, property);
         QFETCH(QVariant, unseen);
         QFETCH(QVariant, seen);
-        FaultServer server;
+        HttpService server;
         server.serve("/unseen", {.status = 503});
         server.serve("/seen", {.status = 503});
         Posters away;
@@ -267,7 +267,7 @@ private Q_SLOTS:
 
     void cancelledWithItsCard()
     {
-        FaultServer server;
+        HttpService server;
         server.serve("/img", {.silent = true});
         Posters posters;
         posters.item->setProperty("url", server.url("/img"));
@@ -278,7 +278,7 @@ private Q_SLOTS:
 
     void fewAreOnTheirWayAtOnce()
     {
-        FaultServer services[4]; // more than one has connections for
+        HttpService services[4]; // more than one has connections for
         QStringList urls;
         for (int i = 0; i < 20; ++i) {
             services[i % 4].serve("/img" + QByteArray::number(i), {.silent = true});
@@ -307,7 +307,7 @@ private Q_SLOTS:
         posters.item->setProperty("url", services[0].url("/last"));
         QVERIFY(posters.waitReady());
         qsizetype asked = 0;
-        for (const FaultServer &service : services)
+        for (const HttpService &service : services)
             asked += service.requests().size();
         QVERIFY(asked <= 2 * PosterQueue::atOnce + 1);
     }
@@ -322,7 +322,7 @@ private Q_SLOTS:
     void engineEndsWhileTheyAreOnTheirWay()
     {
         QFETCH(bool, asked);
-        FaultServer server;
+        HttpService server;
         server.serve("/img", {.silent = true});
         {
             Posters posters;

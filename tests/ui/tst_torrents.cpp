@@ -97,7 +97,7 @@ private Q_SLOTS:
         QTRY_VERIFY(program.text("Reel 720p"));
         QVERIFY(program.text("slow"));
         QVERIFY(program.text("1 of 1 results"));
-        const auto asked = [](const FaultServer::Request &request) {
+        const auto asked = [](const HttpService::Request &request) {
             return request.target.startsWith("/fast/q.php?") &&
                    request.target.contains("q=two%20words");
         };
