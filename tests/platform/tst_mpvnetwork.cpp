@@ -119,8 +119,12 @@ private Q_SLOTS:
         QVERIFY(qAbs(m_player->currentTime() - 12) < 0.2);
         QCOMPARE(m_player->itemStatus(), ItemStatus::Ready);
         QVERIFY(server.requests().size() >= 2);
-        QVERIFY(server.requests()[1].headers.value("range").startsWith(
-            "bytes=" + QByteArray::number(third) + '-'));
+        // Not from its beginning: within the block that the connection broke in.
+        const auto goesOn = [&](const auto &request) {
+            const qint64 from = request.headers.value("range").sliced(6).split('-')[0].toLongLong();
+            return from > third - 32 * 1024 && from <= third;
+        };
+        QVERIFY(server.count(goesOn) > 0);
     }
 
     void serverBackBeforeTheCacheIsPlayed()

@@ -67,6 +67,7 @@ public:
 
     /// For the next request to use.
     CurlEasy takeHandle() { return std::move(m_easy); }
+    void tellRedirect() { m_receiver->redirected(url()); }
     /// The last thing that is heard of it.
     void tellEnd(const FetchEnd &end) { m_receiver->ended(end); }
 

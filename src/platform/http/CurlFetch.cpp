@@ -324,6 +324,7 @@ void CurlFetch::end(FetchId id, CURLcode code, std::optional<Error> error)
         if (!end.error && exchange.isRedirected() && !isAhead(exchange)) {
             end.error = exchange.follow();
             if (!end.error) {
+                exchange.tellRedirect();
                 m_exchanges.insert(std::move(node));
                 return wait(id);
             }

@@ -79,6 +79,8 @@ public:
 
     /// It has not begun yet because its host is left alone for that long; told once for each time.
     virtual void heldBack(std::chrono::milliseconds) {}
+    /// It is sent on to that address.
+    virtual void redirected(const QUrl &) {}
     /// Before the body's first byte. False when the body is not wanted.
     virtual bool headArrived(const FetchHead &head) = 0;
     virtual Take bytesArrived(const char *bytes, qint64 count) = 0;
@@ -91,8 +93,8 @@ public:
 class Fetch
 {
 public:
-    /// The one of the process. Created on first use, on the main thread. Ends every request when the
-    /// application object goes, before its children do; what is asked for later is dropped.
+    /// The one of the process. Created on first use, on the main thread. Ends every request when
+    /// the application object goes, before its children do; what is asked for later is dropped.
     static Fetch &shared();
 
     virtual ~Fetch() = default;

@@ -141,7 +141,7 @@ void Film::rest()
     m_ticker.stop();
     m_readers.clear();
     for (const auto &slice : m_slices)
-        m_fetch.cancel(slice->id);
+        letGo(*slice);
     m_slices.clear();
     favourFilm(false);
 }
@@ -175,12 +175,11 @@ bool Film::readIndex()
     return m_wants.isIndexRead();
 }
 
+/// All connections take turns: one that rests is slow again when it is wanted.
 int Film::mostSlices() const
 {
-    if (!m_state->isConfirmed() || !m_state->takesRanges())
-        return 1;
-    const bool isUrgent = m_wants.lacksPicture() || m_hungryUntil > Clock::now();
-    return isUrgent ? HostBudget::mostForFilms : HostBudget::mostForFilms - 1;
+    const bool knowsWhere = m_state->isConfirmed() || m_nodes.current() == Slice::Address::Node;
+    return knowsWhere && m_state->takesRanges() ? HostBudget::mostForFilms : 1;
 }
 
 std::optional<ByteSpan> Film::nextSpan() const
@@ -226,7 +225,7 @@ bool Film::makeRoom(qint64 place)
     const auto silent = std::ranges::max_element(m_slices, {}, silence);
     if (silent == m_slices.end() || silence(*silent) < silenceUntilSecond)
         return false;
-    m_fetch.cancel((*silent)->id);
+    letGo(**silent);
     m_slices.erase(silent);
     return true;
 }
@@ -357,11 +356,18 @@ void Film::followWholeFilm()
     }
     m_wholeUpTo = furthest + wholeAhead;
     if (wantsBack) {
-        m_fetch.cancel((*whole)->id);
+        letGo(**whole);
         m_slices.erase(whole);
     } else if ((*whole)->isPutOff && (*whole)->next <= m_wholeUpTo) {
         m_fetch.resume((*whole)->id);
     }
+}
+
+void Film::letGo(const Slice &slice)
+{
+    m_fetch.cancel(slice.id);
+    if (slice.isWhole)
+        m_hasWhole = false;
 }
 
 void Film::favourFilm(bool isShort)

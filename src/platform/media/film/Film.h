@@ -53,7 +53,10 @@ public:
     void keep(double seconds) { m_keeper(*this, seconds); }
 
     // The receivers' side.
+    /// There the film is, or so the service says.
     void answered(const QUrl &source);
+    /// Once: one answer that is the whole film is enough.
+    bool takesWhole() { return !m_hasWhole.exchange(true); }
     /// Of a server without ranges: up to where somebody wants it.
     qint64 wholeUpTo() const { return m_wholeUpTo; }
     void ended(const std::shared_ptr<Slice> &slice, const FetchEnd &end,
@@ -91,10 +94,12 @@ private:
     void tick();
     void helpOut(Slice &slice);
     void followWholeFilm();
+    void letGo(const Slice &slice);
     void favourFilm(bool isShort);
     void sliceEnded(const Slice &slice, const FetchEnd &end,
                     std::optional<FilmState::Verdict> verdict);
     void refused(const Slice &slice, int status);
+    void outOfRange(const Slice &slice);
     void broken(const Slice &slice, const FetchEnd &end);
     void contradicted();
     void dropNeedless();
@@ -105,6 +110,7 @@ private:
     const Keeper m_keeper;
     std::atomic_bool m_isToLook = false;
     std::atomic<qint64> m_wholeUpTo = 0;
+    std::atomic_bool m_hasWhole = false;
 
     FilmNodes m_nodes;
     FilmWants m_wants;

@@ -53,6 +53,10 @@ void Film::ended(const std::shared_ptr<Slice> &slice, const FetchEnd &end,
 void Film::sliceEnded(const Slice &slice, const FetchEnd &end,
                       std::optional<FilmState::Verdict> verdict)
 {
+    if (slice.isWhole)
+        m_hasWhole = false;
+    else if (verdict == FilmState::Verdict::Whole)
+        return look(); // another one brings it
     if (slice.bytesSoFar() > 0)
         m_failures = 0;
     if (verdict == FilmState::Verdict::Changed)
@@ -83,10 +87,20 @@ void Film::refused(const Slice &slice, int status)
 {
     constexpr int rangeNotSatisfiable = 416;
     if (status == rangeNotSatisfiable)
-        return m_state->isConfirmed() || m_isRecalled ? contradicted()
-                                                      : m_state->fail(tr("The file is empty."));
+        return outOfRange(slice);
     if (!m_nodes.refused(slice.asked))
         m_state->fail(QStringLiteral("HTTP %1").arg(status));
+}
+
+void Film::outOfRange(const Slice &slice)
+{
+    const qint64 size = m_state->size().value_or(0);
+    if (slice.span.first > 0 && slice.span.first >= size)
+        return; // asked for before it was known how long the film is
+    if (m_state->isConfirmed() || m_isRecalled)
+        contradicted();
+    else
+        m_state->fail(tr("The file is empty."));
 }
 
 void Film::broken(const Slice &slice, const FetchEnd &end)
@@ -106,7 +120,7 @@ void Film::broken(const Slice &slice, const FetchEnd &end)
 void Film::contradicted()
 {
     for (const auto &slice : std::exchange(m_slices, {}))
-        m_fetch.cancel(slice->id);
+        letGo(*slice);
     if (!m_isRecalled)
         return m_state->fail(tr("The film was changed on the server."));
     m_isRecalled = false;
@@ -121,7 +135,7 @@ void Film::dropNeedless()
         const ByteSpan rest = slice->rest();
         if (slice->isWhole || rest.isEmpty() || m_state->heldUpTo(rest.first, rest.end) < rest.end)
             return false;
-        m_fetch.cancel(slice->id);
+        letGo(*slice);
         return true;
     });
 }

@@ -10,7 +10,7 @@ namespace tavelo {
 
 namespace {
 
-constexpr qint64 keptHead = 64LL * 1024; // where the boxes begin
+constexpr qint64 keptHead = 64LL * 1024; // of what a demuxer looks at, too: boxes, and those behind
 
 } // namespace
 
@@ -89,7 +89,7 @@ void FilmState::setIndex(std::shared_ptr<const Mp4Index> index, const ByteSpan &
     const std::scoped_lock lock(m_mutex);
     m_index = std::move(index);
     m_essential.clear();
-    for (const ByteSpan &span : {ByteSpan{0, keptHead}, where}) {
+    for (const ByteSpan &span : {ByteSpan{0, keptHead}, {where.first, where.end + keptHead}}) {
         if (const auto piece = pieceOf(span))
             m_essential.append(*piece);
     }

@@ -13,9 +13,12 @@ namespace {
 
 constexpr qint64 speedToBeginWith = 1'000'000; // bytes a second of one connection
 constexpr int connections = 3;
-constexpr double pictureLength = 0.25;                    // seconds that a start or a seek needs
-constexpr qint64 mostIndex = 32LL * 1024 * 1024;          // bytes
-constexpr qint64 preparedMedia = 512LL * 1024;            // from the film's start on
+constexpr qint64 farAhead = 8LL * 1024 * 1024;   // bytes: further than what is kept or prepared
+constexpr double pictureLength = 0.6;            // seconds that a start or a seek needs
+constexpr qint64 mostIndex = 32LL * 1024 * 1024; // bytes
+constexpr qint64 firstMedia = 128LL * 1024;      // that a start from the beginning needs
+constexpr qint64 mostTail = 8LL * 1024 * 1024;   // bytes that may well be an index
+constexpr qint64 preparedMedia = 512LL * 1024;   // from the film's start on
 constexpr qint64 mostPreparedPicture = 2LL * 1024 * 1024; // from its key frame on
 
 } // namespace
@@ -42,20 +45,22 @@ void FilmWants::update(const std::vector<Reading> &readings, std::optional<qint6
 {
     const qint64 perSecond = speed.value_or(speedToBeginWith);
     m_most = std::clamp(perSecond, firstSlice, mostSlice);
-    m_slice = isHungry ? std::clamp(perSecond, leastSlice, mostSlice)
-              : speed  ? std::clamp(perSecond / 4, leastSlice, 2 * firstSlice)
-                       : firstSlice;
-    m_lacksPicture = false;
+    // Small ones while nothing is short: whoever goes elsewhere has to wait for their ends.
+    m_slice = std::clamp(isHungry ? perSecond : perSecond / 10, leastSlice, mostSlice);
     m_list.clear();
     for (const Reading &reading : readings) {
         // It may not have noticed yet that its byte has come.
         if (reading.isWaiting && !holds({reading.place, reading.place + 1}))
             want({reading.place, reading.place + m_slice}, m_slice);
     }
-    if (!m_state.isOpened())
-        return want({0, firstSlice}, firstSlice);
+    if (!m_state.isOpened()) {
+        want({0, firstSlice}, firstSlice);
+        // Opens the other connections: what comes next is the index, mostly.
+        return want({firstSlice, 2 * firstSlice}, firstSlice / 2);
+    }
     findIndex();
-    wantIndex();
+    wantIndex(std::ranges::any_of(readings, [](const Reading &r) { return r.expected < 1; }) ||
+              (readings.empty() && m_startAt < 1));
     for (const Reading &reading : readings) {
         wantPicture(reading);
         wantReading(reading);
@@ -78,17 +83,25 @@ void FilmWants::findIndex()
     m_missing = layout.missing;
 }
 
-void FilmWants::wantIndex()
+void FilmWants::wantIndex(bool fromTheStart)
 {
     if (m_isIndexRead)
         return;
     if (m_index && !holds(*m_index)) {
-        m_lacksPicture = true;
-        want(*m_index, share(*m_index));
+        ByteSpan span = *m_index;
+        // The first picture comes with the index where it lies behind it.
+        if (fromTheStart && m_media && m_media->first >= span.end &&
+            m_media->first < span.end + firstSlice)
+            span.end = m_media->first + firstMedia;
+        want(span, share(span));
+        if (fromTheStart && m_media && span.end == m_index->end)
+            want({m_media->first, m_media->first + firstMedia}, firstMedia);
     } else if (!m_index && m_missing) {
-        m_lacksPicture = true;
-        want({m_missing->first, std::max(m_missing->end, m_missing->first + firstSlice)},
-             firstSlice);
+        // An index at the end is what is left of the film.
+        const qint64 rest = m_state.size().value_or(0) - m_missing->first;
+        const ByteSpan span{m_missing->first,
+                            m_missing->first + (rest <= mostTail ? rest : firstSlice)};
+        want(span, share(span));
     }
 }
 
@@ -97,17 +110,15 @@ void FilmWants::wantPicture(const Reading &reading)
     if (!m_state.index())
         return;
     const ByteSpan picture = pictureAt(reading.expected);
-    if (reading.expectation > m_shown && !holds(picture)) {
-        m_lacksPicture = true;
+    if (reading.expectation > m_shown && !holds(picture))
         want(picture, share(picture));
-    } else {
+    else
         m_shown = std::max(m_shown, reading.expectation);
-    }
     // What comes next is asked for before anybody has read that far.
     if (picture.contains(reading.place))
         m_arrived = std::max(m_arrived, reading.expectation);
     if (m_arrived < reading.expectation)
-        want({picture.end, picture.end + m_slice}, m_slice);
+        want({picture.end, picture.end + farAhead}, m_slice);
 }
 
 /// The index takes its time for an answer.
@@ -133,10 +144,9 @@ void FilmWants::wantPrepared()
         media = pictureAt(m_startAt);
         media.end = std::min(media.end, media.first + mostPreparedPicture);
     }
-    m_lacksPicture = m_lacksPicture || !holds(media);
     want(media, share(media));
     if (!m_state.isConfirmed()) // a connection is wanted in any case
-        want({media.end, media.end + leastSlice}, leastSlice);
+        want({media.end, media.end + farAhead}, leastSlice);
 }
 
 bool FilmWants::holds(const ByteSpan &span) const
@@ -158,7 +168,8 @@ void FilmWants::want(ByteSpan span, qint64 most)
 qint64 FilmWants::share(const ByteSpan &span) const
 {
     const qint64 rest = span.end - m_state.heldUpTo(span.first, span.end);
-    return std::clamp(rest / connections + 1, leastSlice, m_most);
+    const qint64 part = rest / connections + SliceCache::blockBytes;
+    return std::clamp(part - part % SliceCache::blockBytes, leastSlice, m_most);
 }
 
 } // namespace tavelo

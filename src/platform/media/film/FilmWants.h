@@ -48,8 +48,6 @@ public:
     void update(const std::vector<Reading> &readings, std::optional<qint64> speed, bool isHungry);
     /// The most urgent one first.
     const std::vector<Want> &list() const { return m_list; }
-    /// The film's index, or the picture that the viewer waits for, is not held yet.
-    bool lacksPicture() const { return m_lacksPicture; }
     /// Where the index lies; absent: not known, or there is none.
     const std::optional<ByteSpan> &index() const { return m_index; }
     void forgetIndex();
@@ -59,7 +57,7 @@ public:
 
 private:
     void findIndex();
-    void wantIndex();
+    void wantIndex(bool fromTheStart);
     void wantPicture(const Reading &reading);
     ByteSpan pictureAt(double seconds);
     void wantReading(const Reading &reading);
@@ -76,11 +74,10 @@ private:
     int m_shown = 0;   // the last expectation whose picture was held, and
     int m_arrived = 0; // where it was read
     bool m_preparing = false;
-    double m_startAt = 0;      // seconds
-    qint64 m_allowance = 0;    // bytes that may still be asked for
-    qint64 m_slice = 0;        // bytes of an ordinary slice
-    qint64 m_most = mostSlice; // bytes of one while the picture is waited for
-    bool m_lacksPicture = false;
+    double m_startAt = 0;                                 // seconds
+    qint64 m_allowance = 0;                               // bytes that may still be asked for
+    qint64 m_slice = 0;                                   // bytes of an ordinary slice
+    qint64 m_most = mostSlice;                            // bytes of one that somebody waits for
     std::optional<std::pair<double, ByteSpan>> m_picture; // found last, and at which second
     std::vector<Want> m_list;
 };

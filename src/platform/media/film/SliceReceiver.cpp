@@ -13,14 +13,19 @@ SliceReceiver::SliceReceiver(std::shared_ptr<Film> film, std::shared_ptr<Slice> 
     , m_slice(std::move(slice))
 {}
 
+void SliceReceiver::redirected(const QUrl &to)
+{
+    m_film->answered(to);
+}
+
 bool SliceReceiver::headArrived(const FetchHead &head)
 {
     using enum FilmState::Verdict;
     m_verdict = m_film->state().judge(head, m_slice->span.first);
-    m_slice->isWhole = m_verdict == Whole;
-    if (m_verdict == Whole)
+    m_slice->isWhole = m_verdict == Whole && m_film->takesWhole();
+    if (m_slice->isWhole)
         m_slice->next = 0;
-    const bool isTaken = m_verdict == Part || m_verdict == Whole;
+    const bool isTaken = m_verdict == Part || m_slice->isWhole;
     if (isTaken)
         m_film->answered(head.url);
     return isTaken;

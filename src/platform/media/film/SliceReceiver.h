@@ -19,6 +19,7 @@ public:
     SliceReceiver(std::shared_ptr<Film> film, std::shared_ptr<Slice> slice);
 
 private:
+    void redirected(const QUrl &to) override;
     bool headArrived(const FetchHead &head) override;
     Take bytesArrived(const char *bytes, qint64 count) override;
     void ended(const FetchEnd &end) override;
