@@ -5,6 +5,7 @@
 #include "platform/media/film/Mp4Layout.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 
 namespace tavelo {
@@ -44,9 +45,9 @@ void FilmWants::update(const std::vector<Reading> &readings, std::optional<qint6
                        bool isHungry)
 {
     const qint64 perSecond = speed.value_or(speedToBeginWith);
-    m_most = std::clamp(perSecond, firstSlice, mostSlice);
     // Small ones while nothing is short: whoever goes elsewhere has to wait for their ends.
-    m_slice = std::clamp(isHungry ? perSecond : perSecond / 10, leastSlice, mostSlice);
+    const qint64 most = std::clamp(isHungry ? perSecond : perSecond / 10, leastSlice, mostSlice);
+    m_slice = static_cast<qint64>(std::bit_floor(static_cast<quint64>(most)));
     m_list.clear();
     for (const Reading &reading : readings) {
         // It may not have noticed yet that its byte has come.
@@ -72,7 +73,7 @@ void FilmWants::update(const std::vector<Reading> &readings, std::optional<qint6
 void FilmWants::findIndex()
 {
     const auto size = m_state.size();
-    if (m_index || !size)
+    if ((m_index && m_media) || !size)
         return;
     const Mp4Layout layout = Mp4Layout::of(*size, [this](qint64 place, qint64 count) {
         return m_state.bytesOf({place, place + count});
@@ -89,13 +90,14 @@ void FilmWants::wantIndex(bool fromTheStart)
         return;
     if (m_index && !holds(*m_index)) {
         ByteSpan span = *m_index;
-        // The first picture comes with the index where it lies behind it.
-        if (fromTheStart && m_media && m_media->first >= span.end &&
-            m_media->first < span.end + firstSlice)
-            span.end = m_media->first + firstMedia;
+        const qint64 media = mediaStart().value_or(-1);
+        // The first picture comes with the index where it lies right behind it.
+        const bool isNext = media >= span.end && media < span.end + firstSlice;
+        if (fromTheStart && isNext)
+            span.end = media + firstMedia;
         want(span, share(span));
-        if (fromTheStart && m_media && span.end == m_index->end)
-            want({m_media->first, m_media->first + firstMedia}, firstMedia);
+        if (fromTheStart && media >= 0 && !isNext)
+            want({media, media + firstMedia}, firstMedia);
     } else if (!m_index && m_missing) {
         // An index at the end is what is left of the film.
         const qint64 rest = m_state.size().value_or(0) - m_missing->first;
@@ -133,13 +135,13 @@ void FilmWants::wantReading(const Reading &reading)
 {
     // Until it is at that picture, it reads what it will not go on with.
     if (!m_state.index() || m_arrived >= reading.expectation)
-        want({reading.place, reading.place + 2 * m_slice}, m_slice);
+        want({reading.place, (reading.place / m_slice + 4) * m_slice}, m_slice);
 }
 
 void FilmWants::wantPrepared()
 {
-    ByteSpan media = m_media ? ByteSpan{m_media->first, m_media->first + preparedMedia}
-                             : ByteSpan{0, preparedMedia};
+    const qint64 start = mediaStart().value_or(0);
+    ByteSpan media{start, start + preparedMedia};
     if (m_state.index() && m_startAt > 0) {
         media = pictureAt(m_startAt);
         media.end = std::min(media.end, media.first + mostPreparedPicture);
@@ -147,6 +149,13 @@ void FilmWants::wantPrepared()
     want(media, share(media));
     if (!m_state.isConfirmed()) // a connection is wanted in any case
         want({media.end, media.end + farAhead}, leastSlice);
+}
+
+std::optional<qint64> FilmWants::mediaStart() const
+{
+    if (m_media)
+        return m_media->first;
+    return m_index ? std::optional(m_index->end) : std::nullopt;
 }
 
 bool FilmWants::holds(const ByteSpan &span) const
@@ -169,7 +178,7 @@ qint64 FilmWants::share(const ByteSpan &span) const
 {
     const qint64 rest = span.end - m_state.heldUpTo(span.first, span.end);
     const qint64 part = rest / connections + SliceCache::blockBytes;
-    return std::clamp(part - part % SliceCache::blockBytes, leastSlice, m_most);
+    return std::clamp(part - part % SliceCache::blockBytes, leastSlice, mostSlice);
 }
 
 } // namespace tavelo

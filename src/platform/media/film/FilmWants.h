@@ -62,6 +62,8 @@ private:
     ByteSpan pictureAt(double seconds);
     void wantReading(const Reading &reading);
     void wantPrepared();
+    /// Where the pictures begin, or probably do; absent: not known.
+    std::optional<qint64> mediaStart() const;
     bool holds(const ByteSpan &span) const;
     void want(ByteSpan span, qint64 most);
     qint64 share(const ByteSpan &span) const;
@@ -77,7 +79,6 @@ private:
     double m_startAt = 0;                                 // seconds
     qint64 m_allowance = 0;                               // bytes that may still be asked for
     qint64 m_slice = 0;                                   // bytes of an ordinary slice
-    qint64 m_most = mostSlice;                            // bytes of one that somebody waits for
     std::optional<std::pair<double, ByteSpan>> m_picture; // found last, and at which second
     std::vector<Want> m_list;
 };
