@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "loopback/HttpAnswer.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
@@ -19,11 +18,6 @@ namespace {
 
 constexpr qint64 patternBytes = 1024 * 1024;
 constexpr qint64 patternStep = 7919; // from one repetition to the next
-
-QByteArray httpDate(const QDateTime &time)
-{
-    return QLocale::c().toString(time.toUTC(), u"ddd, dd MMM yyyy HH:mm:ss 'GMT'").toLatin1();
-}
 
 QByteArray randomBlock(quint32 seed)
 {
@@ -52,6 +46,11 @@ HttpAnswer::Source HttpAnswer::Source::pattern(qint64 size, quint32 seed)
     return {size, bytes};
 }
 
+QByteArray HttpAnswer::date(const QDateTime &time)
+{
+    return QLocale::c().toString(time.toUTC(), u"ddd, dd MMM yyyy HH:mm:ss 'GMT'").toLatin1();
+}
+
 HttpAnswer HttpAnswer::text(int status, const QByteArray &body, const QByteArray &type)
 {
     return {.body = body, .status = status, .headers = {{"Content-Type", type}}};
@@ -70,14 +69,13 @@ HttpAnswer HttpAnswer::ofFile(const QString &path)
     const QFileInfo info(path);
     const QDateTime changed = info.lastModified();
     const QMimeType type = QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension);
-    return {
-        .headers = {{"Content-Type", type.name().toLatin1()}, {"Last-Modified", httpDate(changed)}},
-        .etag = '"' + QByteArray::number(file->size(), 16) + '-' +
-                QByteArray::number(changed.toMSecsSinceEpoch(), 16) + '"',
-        .ranges = true,
-        .source = Source{file->size(), [file](qint64 offset, qint64 count) {
-                             return file->seek(offset) ? file->read(count) : QByteArray();
-                         }}};
+    return {.headers = {{"Content-Type", type.name().toLatin1()}, {"Last-Modified", date(changed)}},
+            .etag = '"' + QByteArray::number(file->size(), 16) + '-' +
+                    QByteArray::number(changed.toMSecsSinceEpoch(), 16) + '"',
+            .ranges = true,
+            .source = Source{file->size(), [file](qint64 offset, qint64 count) {
+                                 return file->seek(offset) ? file->read(count) : QByteArray();
+                             }}};
 }
 
 } // namespace tavelo

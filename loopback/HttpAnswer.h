@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QList>
 #include <QString>
@@ -51,6 +52,9 @@ struct HttpAnswer
     bool close = false; // the connection ends with the answer, whatever the client would like
 
     qint64 size() const { return source ? source->size : body.size(); }
+
+    /// As headers write it.
+    static QByteArray date(const QDateTime &time);
 
     static HttpAnswer text(int status, const QByteArray &body, const QByteArray &type);
     static HttpAnswer json(const QJsonDocument &document);

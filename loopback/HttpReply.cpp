@@ -4,6 +4,7 @@
 
 #include "loopback/ByteRange.h"
 
+
 #include <algorithm>
 
 namespace tavelo {
@@ -82,7 +83,8 @@ bool HttpReply::hasBody() const
 QByteArray HttpReply::head() const
 {
     QByteArray head = "HTTP/1.1 " + QByteArray::number(m_answer.status) +
-                      " Loopback\r\nConnection: " + (m_closes ? "close" : "keep-alive") + "\r\n";
+                      " Loopback\r\nDate: " + HttpAnswer::date(QDateTime::currentDateTimeUtc()) +
+                      "\r\nConnection: " + (m_closes ? "close" : "keep-alive") + "\r\n";
     const qint64 size = m_headOnly ? m_answer.size() : m_size;
     if (m_answer.framing == Framing::Length && (m_headOnly || hasBody()))
         head += "Content-Length: " + QByteArray::number(size) + "\r\n";

@@ -8,11 +8,8 @@
 #include "platform/media/MediaEngine.h"
 #include "testlib/Awaited.h"
 #include "testlib/FakeWorkspace.h"
-#include "testlib/Table.h"
 
 #include <QDir>
-#include <QElapsedTimer>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -76,7 +73,6 @@ private Q_SLOTS:
 
     void init()
     {
-        m_services.setFaults({});
         start();
         m_state->library()->clear();
     }
@@ -129,55 +125,6 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(shown.currentText(), "Grün", patience);
         QTRY_VERIFY_WITH_TIMEOUT(time() > 31, patience);
         QVERIFY(m_state->recentlyViewed().isEmpty());
-    }
-
-    void serviceThatFailsMidFilm_data()
-    {
-        // status: 0: silent
-        const auto row = columns<int, int>("status", "seconds");
-        row("refused when opened again", 403, 0);
-        row("cannot answer", 503, 0);
-        row("gone for 20 seconds", 0, 20);
-    }
-    void serviceThatFailsMidFilm()
-    {
-        QFETCH(int, status);
-        QFETCH(int, seconds);
-        const qint64 filmBytes = QFileInfo(films + "/lanterns.mp4").size();
-        m_services.forgetRequests();
-        m_services.setFaults(
-            {.below = "/download/", .dropAfter = filmBytes * 3 / 10, .bytesPerSecond = 400'000});
-        playFound("lantern makers");
-        m_services.setFaults({.below = "/download/", .status = status, .silent = status == 0});
-        QElapsedTimer gone;
-        gone.start();
-        const auto tries = [this] {
-            return std::ranges::count_if(m_services.requests(), [](const auto &request) {
-                return request.target.contains("/the_lantern_makers.mp4");
-            });
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(tries() > 1, patience); // to take it up again where it broke
-        QSignalSpy ticks(&player(), &VideoPlayerManager::bufferedToChanged);
-        QTRY_VERIFY_WITH_TIMEOUT(ticks.size() > 4, patience); // what has come is taken in
-        const double stopsAt = player().bufferedTo();
-        QVERIFY(stopsAt > 20 && stopsAt < player().duration() - 5);
-        player().seek(stopsAt - 5);
-        QTRY_VERIFY_WITH_TIMEOUT(player().error(), 2 * patience);
-        const double stood = time();
-        QVERIFY2(stood > stopsAt - 5 && stood < stopsAt + 8, qPrintable(QString::number(stood)));
-        QVERIFY2(qAbs(kept() - stood) <= 0.5, qPrintable(QString::number(kept())));
-        QVERIFY(m_state->playback()->nowPlaying());
-
-        player().retry(); // too early
-        QTRY_VERIFY_WITH_TIMEOUT(player().error(), 2 * patience);
-        QVERIFY(qAbs(time() - stood) < 1);
-        QTRY_VERIFY_WITH_TIMEOUT(gone.hasExpired(seconds * 1000), patience);
-        m_services.setFaults({});
-        player().retry();
-        QTRY_VERIFY_WITH_TIMEOUT(time() > stood + 2, patience);
-        QVERIFY(!player().error());
-        m_state->playback()->stopPlayback();
-        QVERIFY(kept() > stood + 2);
     }
 };
 
