@@ -159,7 +159,7 @@ private Q_SLOTS:
         Program program;
         QVERIFY(program.show());
         program.workspace().metered = metered;
-        FaultServer node("127.0.0.2");
+        HttpService node("127.0.0.2");
         const QByteArray id = serveFilm({.status = 503});
         const QByteArray dir = "/3/items/" + id;
         node.serve(dir + '/' + file.toUtf8(), {.body = film(), .ranges = true});
