@@ -81,7 +81,8 @@ void AppState::closePlayer()
 
 void AppState::download(const ArchiveFile &file, const MediaItem &item)
 {
-    if (const auto refusal = m_downloads.start(item.title, file.url(), file.size))
+    if (const auto refusal =
+            m_downloads.start(item.title, file.url(), file.size, {item.id, file.checksum}))
         return setNotice(*refusal);
     setSection(SidebarSection::Downloads);
     clearSelectedItem();

@@ -31,13 +31,13 @@ AppState::AppState(VideoPlayerManager::EngineFactory makeEngine,
                    std::unique_ptr<Workspace> workspace, QObject *parent)
     : QObject(parent)
     , m_cache(m_settings)
-    , m_downloads(m_settings)
+    , m_downloads(m_settings, Fetch::shared())
     , m_registry(m_settings)
     , m_playback(m_library, std::move(makeEngine))
     , m_workspace(std::move(workspace))
     , m_foresight(m_playback, *m_workspace, Films::shared())
 {
-    for (KeptFile *file : {&m_settings.file(), &m_library.file()})
+    for (KeptFile *file : {&m_settings.file(), &m_library.file(), &m_downloads.file()})
         connect(file, &KeptFile::troubled, this, &AppState::tellTrouble);
     connect(&m_library, &LibraryStore::historyChanged, this, &AppState::recentlyViewedChanged);
     connect(this, &AppState::featuredChanged, this, &AppState::suggestionsFlow);
@@ -52,7 +52,7 @@ AppState::~AppState()
 void AppState::saveAll()
 {
     m_playback.saveNow();
-    for (KeptFile *file : {&m_settings.file(), &m_library.file()})
+    for (KeptFile *file : {&m_settings.file(), &m_library.file(), &m_downloads.file()})
         file->flush();
 }
 

@@ -4,8 +4,8 @@
 
 #include "platform/files/FileContent.h"
 #include "platform/http/HttpClient.h"
-#include "transfers/DownloadName.h"
 #include "torrent/TorrentMetadata.h"
+#include "transfers/DownloadName.h"
 
 #include <QCoreApplication>
 #include <QDir>

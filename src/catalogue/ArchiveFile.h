@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "catalogue/Checksum.h"
 #include "catalogue/Fmt.h"
 #include "platform/DisplayText.h"
 
@@ -25,6 +26,7 @@ public:
     QString name;               // path inside the item, "/" between its parts
     QString format;             // the service's label; empty: none
     std::optional<qint64> size; // bytes; absent: unknown
+    Checksum checksum = {};     // of its bytes
     QString itemRoot;           // the address below which its item's files are; ends in "/"
 
     /// Its direct download address. Made when it is asked for: an item may have very many files.

@@ -104,6 +104,18 @@ std::optional<QString> detailYear(const QJsonObject &metadata)
     return date ? std::optional(date->left(4)) : std::nullopt;
 }
 
+/// The list of an item's files holds itself, and can say nothing true of its own bytes.
+Checksum checksumOf(const QJsonObject &object, const QString &name)
+{
+    if (name.endsWith(QLatin1String("_files.xml")))
+        return {};
+    const auto of = [&](QCryptographicHash::Algorithm algorithm, const char *key) {
+        return Checksum::ofHex(algorithm, object.value(QLatin1String(key)).toString().toLatin1());
+    };
+    const Checksum md5 = of(QCryptographicHash::Md5, "md5");
+    return md5.isKnown() ? md5 : of(QCryptographicHash::Sha1, "sha1");
+}
+
 /// `itemRoot`: a URL.
 std::optional<ArchiveFile> file(const QJsonObject &object, const QString &itemRoot)
 {
@@ -113,6 +125,7 @@ std::optional<ArchiveFile> file(const QJsonObject &object, const QString &itemRo
     ArchiveFile file{.name = *name,
                      .format = firstOf(object, "format").value_or(QString()),
                      .size = Text::integer(firstOf(object, "size").value_or(QString())),
+                     .checksum = checksumOf(object, *name),
                      .itemRoot = itemRoot};
     // What is percent-encoded makes a URL; to make it of every file takes longer than all the rest.
     const bool addressed = file.name.isValidUtf16() || file.url().isValid();

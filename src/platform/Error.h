@@ -16,7 +16,8 @@ enum class ErrorKind {
     Empty,
     Malformed, // an answer or a file that cannot be read as what it should be
     Service,   // the service itself says why it did not answer
-    Storage,   // a file or folder on this machine: full, gone, not writable
+    Storage,   // a file or folder on this machine: gone, not writable
+    NoSpace,   // no room for a file on this machine
 };
 
 /// A failure as a value.

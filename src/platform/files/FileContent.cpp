@@ -33,18 +33,6 @@ bool writeAll(QIODevice &file, const QByteArray &content)
     return true;
 }
 
-// A file system that cannot synchronise a folder alone says EINVAL.
-std::optional<Error> synchronise(const QString &folder)
-{
-    const int descriptor =
-        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    const bool failed = descriptor < 0 || (::fsync(descriptor) != 0 && errno != EINVAL);
-    const int reason = errno;
-    if (descriptor >= 0)
-        ::close(descriptor);
-    return failed ? std::optional(failure(qt_error_string(reason))) : std::nullopt;
-}
-
 } // namespace
 
 Result<QByteArray> load(const QString &path, qint64 maxBytes)
@@ -83,7 +71,19 @@ std::optional<Error> put(const QString &path, const QByteArray &content,
         beforePlacing();
     if (!file.commit())
         return failure(file.errorString());
-    return synchronise(QFileInfo(QFileInfo(path).canonicalFilePath()).path());
+    return syncFolder(QFileInfo(QFileInfo(path).canonicalFilePath()).path());
+}
+
+// A file system that cannot synchronise a folder alone says EINVAL.
+std::optional<Error> syncFolder(const QString &folder)
+{
+    const int descriptor =
+        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool failed = descriptor < 0 || (::fsync(descriptor) != 0 && errno != EINVAL);
+    const int reason = errno;
+    if (descriptor >= 0)
+        ::close(descriptor);
+    return failed ? std::optional(failure(qt_error_string(reason))) : std::nullopt;
 }
 
 bool replace(const QString &path, const QByteArray &content)

@@ -28,7 +28,10 @@ QByteArray read(const QString &path, qint64 maxBytes);
 std::optional<Error> put(const QString &path, const QByteArray &content,
                          const std::function<void()> &beforePlacing = {});
 
-/// The same; false when it fails.
+/// A folder's list of names is on disk when this returns nothing. ErrorKind::Storage.
+std::optional<Error> syncFolder(const QString &folder);
+
+/// As `put`; false when it fails.
 bool replace(const QString &path, const QByteArray &content);
 
 } // namespace tavelo::FileContent

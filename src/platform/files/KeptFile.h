@@ -55,6 +55,9 @@ public:
     /// leaves parts out.
     void keepAside(const QByteArray &content);
 
+    /// There is something that cannot be read now, and is left alone.
+    bool isClosed() const { return m_closed; }
+
     static QString previousOf(const QString &path) { return path + QLatin1String(".previous"); }
 
 Q_SIGNALS:

@@ -2,11 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/PartFile.h"
 
+#include "platform/files/FileContent.h"
+
 #include <QDir>
 #include <QFile>
-#include <QRandomGenerator>
+#include <QFileInfo>
 #include <QScopeGuard>
+#include <QSet>
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -18,18 +22,28 @@ namespace tavelo {
 
 namespace {
 
-constexpr int mostNames = 100; // tried before a folder is given up
+constexpr int mostTries = 20; // to get a file that sweeps take away
 
 /// Long past: whatever is written afterwards sets another one, however coarse the clock.
 constexpr timespec sealTime{946'684'800, 0};
 
-QString newPath(const QString &folder)
+/// Read from the system's own file, for ::umask tells it only by changing it for all threads.
+mode_t newFileMode()
 {
-    const quint64 random = QRandomGenerator::system()->generate64();
-    return QDir(QDir::cleanPath(folder))
-        .filePath(QStringLiteral(".tavelo-%1-%2.part")
-                      .arg(QCoreApplication::applicationPid())
-                      .arg(random, 16, 16, QLatin1Char('0')));
+    constexpr mode_t all = 0666;
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0600;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("Umask:"))
+            return all & ~static_cast<mode_t>(line.mid(6).trimmed().toUInt(nullptr, 8));
+    }
+    return 0600;
+}
+
+QString fileName(const QString &name)
+{
+    return QStringLiteral(".tavelo-%1.part").arg(name);
 }
 
 bool leadsTo(const QString &path, const struct stat &file)
@@ -47,10 +61,10 @@ bool sameTime(const timespec &a, const timespec &b)
 void removeIfAbandoned(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
-    const int file = open(name.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    const int file = ::open(name.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (file < 0)
         return;
-    const auto closed = qScopeGuard([file] { close(file); });
+    const auto closed = qScopeGuard([file] { ::close(file); });
     struct stat found = {};
     if (fstat(file, &found) == 0 && S_ISREG(found.st_mode) && found.st_uid == geteuid() &&
         flock(file, LOCK_EX | LOCK_NB) == 0 && leadsTo(path, found))
@@ -59,21 +73,23 @@ void removeIfAbandoned(const QString &path)
 
 } // namespace
 
-Result<std::unique_ptr<PartFile>> PartFile::create(const QString &folder, Write write)
+QString PartFile::pathIn(const QString &folder, const QString &name)
 {
-    for (int i = 0; i < mostNames; ++i) {
-        const QString path = newPath(folder);
-        const int file = open(QFile::encodeName(path).constData(),
-                              O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
-        if (file < 0 && errno != EEXIST)
-            return failure(errno);
+    return QDir(QDir::cleanPath(folder)).filePath(fileName(name));
+}
+
+Result<std::unique_ptr<PartFile>> PartFile::open(const QString &path, Write write)
+{
+    for (int i = 0; i < mostTries; ++i) {
+        const int file = ::open(QFile::encodeName(path).constData(),
+                                O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
         if (file < 0)
-            continue;
+            return failure(errno);
         std::unique_ptr<PartFile> part(new PartFile(path, file, write));
         if (part->lock())
             return part;
     }
-    return failure(EEXIST);
+    return Error{ErrorKind::Storage, tr("Another program uses the file.")};
 }
 
 PartFile::PartFile(QString path, int file, Write write)
@@ -81,19 +97,17 @@ PartFile::PartFile(QString path, int file, Write write)
     , m_file(file)
     , m_write(std::move(write))
 {
-    struct stat made = {};
-    if (fstat(m_file, &made) == 0)
-        m_mode = made.st_mode & 0777;
-    fchmod(m_file, 0600);
+    struct stat found = {};
+    if (fstat(m_file, &found) == 0)
+        m_size = found.st_size;
 }
 
 PartFile::~PartFile()
 {
-    unlink(QFile::encodeName(m_path).constData()); // whatever has taken its place
-    close(m_file);
+    ::close(m_file);
 }
 
-/// False when a sweep came between the file's creation and its lock.
+/// False when a sweep came between the file's opening and its lock, or somebody else has it.
 bool PartFile::lock()
 {
     if (flock(m_file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
@@ -101,38 +115,55 @@ bool PartFile::lock()
     return isInPlace();
 }
 
-std::optional<Error> PartFile::append(const char *bytes, qint64 count)
+std::optional<Error> PartFile::write(qint64 place, const char *bytes, qint64 count)
 {
     while (count > 0) {
-        const ssize_t written = m_write(m_file, bytes, static_cast<size_t>(count), m_size);
+        const ssize_t written = m_write(m_file, bytes, static_cast<size_t>(count), place);
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0)
             return failure(written < 0 ? errno : ENOSPC);
         bytes += written;
         count -= written;
-        m_size += written;
+        place += written;
+        m_size = std::max(m_size, place);
     }
     return {};
 }
 
-std::optional<Error> PartFile::clear()
+qint64 PartFile::read(qint64 place, char *to, qint64 count) const
 {
-    if (ftruncate(m_file, 0) != 0)
-        return failure(errno);
-    m_size = 0;
-    return {};
+    qint64 done = 0;
+    while (done < count) {
+        const ssize_t taken =
+            ::pread(m_file, to + done, static_cast<size_t>(count - done), place + done);
+        if (taken < 0 && errno == EINTR)
+            continue;
+        if (taken <= 0)
+            break;
+        done += taken;
+    }
+    return done;
 }
 
-void PartFile::publish()
+std::optional<Error> PartFile::sync()
 {
-    fchmod(m_file, m_mode);
+    return ::fdatasync(m_file) == 0 ? std::nullopt : std::optional(failure(errno));
+}
+
+std::optional<Error> PartFile::truncate(qint64 size)
+{
+    if (::ftruncate(m_file, size) != 0)
+        return failure(errno);
+    m_size = size;
+    return {};
 }
 
 bool PartFile::isInPlace() const
 {
     struct stat own = {};
-    return fstat(m_file, &own) == 0 && own.st_size == m_size && leadsTo(m_path, own);
+    return fstat(m_file, &own) == 0 && own.st_size == m_size && S_ISREG(own.st_mode) &&
+           own.st_uid == geteuid() && leadsTo(m_path, own);
 }
 
 void PartFile::seal()
@@ -147,13 +178,33 @@ bool PartFile::isUntouched() const
     return fstat(m_file, &own) == 0 && sameTime(own.st_mtim, sealTime) && isInPlace();
 }
 
-void PartFile::sweep(const QString &folder)
+std::optional<Error> PartFile::publish(const QString &destination)
 {
+    ::fchmod(m_file, newFileMode());
+    if (::fsync(m_file) != 0 || ::rename(QFile::encodeName(m_path).constData(),
+                                         QFile::encodeName(destination).constData()) != 0)
+        return failure(errno);
+    m_path = destination;
+    return FileContent::syncFolder(QFileInfo(destination).path());
+}
+
+void PartFile::remove()
+{
+    ::unlink(QFile::encodeName(m_path).constData()); // whatever has taken its place
+}
+
+void PartFile::sweep(const QString &folder, const QStringList &spared)
+{
+    QSet<QString> sparedFiles;
+    for (const QString &name : spared)
+        sparedFiles.insert(fileName(name));
     const QDir dir(folder);
     const QStringList parts =
-        dir.entryList({QStringLiteral(".tavelo-*.part")}, QDir::Files | QDir::Hidden);
-    for (const QString &name : parts)
-        removeIfAbandoned(dir.filePath(name));
+        dir.entryList({fileName(QStringLiteral("*"))}, QDir::Files | QDir::Hidden);
+    for (const QString &part : parts) {
+        if (!sparedFiles.contains(part))
+            removeIfAbandoned(dir.filePath(part));
+    }
 }
 
 Error PartFile::gone()
@@ -182,7 +233,8 @@ Error PartFile::failure(int code)
             return tr("The file could not be written: %1").arg(qt_error_string(code));
         }
     };
-    return {ErrorKind::Storage, text()};
+    const bool isFull = code == ENOSPC || code == EDQUOT;
+    return {isFull ? ErrorKind::NoSpace : ErrorKind::Storage, text()};
 }
 
 } // namespace tavelo

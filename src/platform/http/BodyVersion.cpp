@@ -4,7 +4,6 @@
 
 #include "platform/http/ContentRange.h"
 #include "platform/http/Fetch.h"
-#include "platform/http/HttpHead.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -64,23 +63,6 @@ SameFile BodyVersion::compare(const BodyVersion &other) const
         !isComparable)
         return SameFile::Perhaps;
     return validator == other.validator ? SameFile::Yes : SameFile::No;
-}
-
-BodyVersion BodyVersion::of(const HttpHead &head, const QUrl &source, qint64 length)
-{
-    return {source, length,
-            validatorOf(head.field("etag"), head.field("last-modified"), head.field("date"))};
-}
-
-bool BodyVersion::isContinuedBy(const HttpHead &head, const QUrl &answering, qint64 from) const
-{
-    const auto range = ContentRange::parse(head.field("content-range"));
-    if (!range || range->first != from || range->last != range->total - 1 ||
-        (total >= 0 && range->total != total))
-        return false;
-    // Mirrors of a file share its tag; a date says nothing beyond its own address.
-    return isStrongTag(validator) ? head.field("etag") == validator
-                                  : head.field("last-modified") == validator && answering == source;
 }
 
 } // namespace tavelo

@@ -8,7 +8,6 @@
 namespace tavelo {
 
 struct FetchHead;
-struct HttpHead;
 
 enum class SameFile {
     Yes,
@@ -41,13 +40,6 @@ struct BodyVersion
     {
         return url == source ? validator : QByteArray();
     }
-
-    /// Of an answer that carries a whole file of `length` bytes. The validator is a strong ETag, or
-    /// else a Last-Modified that counts as strong (RFC 9110, 8.8.2.2).
-    static BodyVersion of(const HttpHead &head, const QUrl &source, qint64 length);
-
-    /// Whether a 206 answer brings exactly the rest of this version after its first `from` bytes.
-    bool isContinuedBy(const HttpHead &head, const QUrl &answering, qint64 from) const;
 };
 
 } // namespace tavelo

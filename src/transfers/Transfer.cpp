@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: the Tavelo authors
+// SPDX-License-Identifier: MIT
+#include "transfers/Transfer.h"
+
+#include "transfers/TransferWork.h"
+
+#include <utility>
+
+namespace tavelo {
+
+Transfer::Transfer(Fetch &fetch, TransferRequest request, TransferOptions options)
+    : m_orders(std::make_shared<TransferOrders>())
+{
+    const auto tell = [this](auto signal, auto value) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, signal, value] {
+                Q_EMIT(this->*signal)
+                (value);
+            },
+            Qt::QueuedConnection);
+    };
+    m_thread = std::thread(
+        [=, &fetch, orders = m_orders, request = std::move(request), options = std::move(options)] {
+            TransferWork work(fetch, request, options, orders,
+                              [tell](const TransferProgress &progress) {
+                                  tell(&Transfer::progressed, progress);
+                              });
+            const TransferEnd end = work.run();
+            orders->end = end;
+            tell(&Transfer::ended, end);
+        });
+}
+
+Transfer::~Transfer()
+{
+    waitForEnd();
+}
+
+TransferEnd Transfer::waitForEnd()
+{
+    stop();
+    if (m_thread.joinable())
+        m_thread.join();
+    return m_orders->end;
+}
+
+void Transfer::stop()
+{
+    const std::scoped_lock lock(m_orders->bell.mutex);
+    m_orders->isStopped = true;
+    m_orders->bell.ring();
+}
+
+void Transfer::discard()
+{
+    const std::scoped_lock lock(m_orders->bell.mutex);
+    m_orders->isStopped = true;
+    m_orders->isDiscarded = true;
+    m_orders->bell.ring();
+}
+
+void Transfer::allowTwo(bool two)
+{
+    const std::scoped_lock lock(m_orders->bell.mutex);
+    m_orders->mayTakeTwo = two;
+    m_orders->bell.ring();
+}
+
+} // namespace tavelo
