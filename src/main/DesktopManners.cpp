@@ -40,6 +40,10 @@ DesktopManners::DesktopManners(AppState &state, QWindow &window, std::function<v
     connect(&player(), &VideoPlayerManager::isMutedChanged, this, republish);
     connect(&player(), &VideoPlayerManager::currentTimeChanged, &m_session,
             &MediaSession::setPosition);
+    for (const DownloadTask &task : state.downloads()->tasks()) {
+        if (task.isFinished())
+            m_finished.insert(task.id); // in an earlier run, which told of it
+    }
     connect(state.downloads(), &DownloadManager::tasksChanged, this,
             &DesktopManners::tellOfDownloads);
     connect(&m_notifier, &Notifier::activated, this, &DesktopManners::showDownloads);

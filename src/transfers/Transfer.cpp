@@ -22,13 +22,12 @@ Transfer::Transfer(Fetch &fetch, TransferRequest request, TransferOptions option
     };
     m_thread = std::thread(
         [=, &fetch, orders = m_orders, request = std::move(request), options = std::move(options)] {
-            TransferWork work(fetch, request, options, orders,
-                              [tell](const TransferProgress &progress) {
-                                  tell(&Transfer::progressed, progress);
-                              });
-            const TransferEnd end = work.run();
-            orders->end = end;
-            tell(&Transfer::ended, end);
+            const auto report = [tell](const TransferProgress &progress) {
+                tell(&Transfer::progressed, progress);
+            };
+            // The part file is closed before anyone hears of the end.
+            orders->end = TransferWork(fetch, request, options, orders, report).run();
+            tell(&Transfer::ended, orders->end);
         });
 }
 

@@ -371,8 +371,11 @@ QString TransferWork::serverName() const
 void TransferWork::startOver(bool hasChanged)
 {
     closeLines();
+    m_takesNoSecond = true;
     m_state.version = {};
+    m_state.sealed = false;
     m_onDisk.version = {};
+    m_onDisk.sealed = false;
     m_startedOver = m_startedOver || hasChanged;
     forgetFrom(0);
     if (const auto error = m_part->truncate(0))

@@ -78,6 +78,7 @@ void CurlExchange::apply(const CurlSettings &settings, const QByteArray &proxy)
     set(CURLOPT_ERRORBUFFER, m_errorText.data());
     set(CURLOPT_SHARE, settings.share);
     set(CURLOPT_URL, m_url.toEncoded(QUrl::RemoveFragment).constData());
+    set(CURLOPT_PATH_AS_IS, 1L); // a file may well be called ".."
     // HTTP/2 would put all bodies of a host into one connection, whose window one of them can fill.
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     set(CURLOPT_NOSIGNAL, 1L);   // signals belong to the program, which therefore ignores SIGPIPE
