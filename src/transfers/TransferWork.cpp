@@ -436,6 +436,9 @@ void TransferWork::finish()
     if (!m_part->isInPlace())
         return fail(PartFile::gone());
     mark();
+    // A longer file may have been there before.
+    if (const auto error = m_part->truncate(m_state.version.total))
+        return fail(*error);
     if (const auto error = m_part->publish(m_request.destination))
         return fail(*error);
     end(TransferResult::Saved);
