@@ -124,12 +124,14 @@ void prepare(Place &place, const QString &fault)
     DownloadManager downloads(settings, fetch, {.mostAtOnce = places});
     for (const QString &url : urls)
         (void)downloads.start("T", QUrl(url), {});
-    QObject::connect(&downloads, &DownloadManager::tasksChanged, [&downloads] {
+    const auto tell = [&downloads] {
         for (const DownloadTask &task : downloads.tasks())
             std::printf("%s %lld\n", qPrintable(task.url.fileName()), task.received);
         std::puts(".");
         std::fflush(stdout);
-    });
+    };
+    QObject::connect(&downloads, &DownloadManager::tasksChanged, tell);
+    tell();
     QCoreApplication::exec();
     std::abort();
 }
@@ -265,7 +267,8 @@ private Q_SLOTS:
         for (const auto &place : m_places) {
             Answer first = place->good;
             first.silentAfter = place->offset;
-            const Answer good = place->good;
+            Answer good = place->good;
+            good.bytesPerSecond = 10'000'000; // so that there is something left to kill
             place->server.serveBy(place->path(), [first, good](const HttpRequest &request) {
                 return request.ordinal == 1 ? first : good;
             });
@@ -279,7 +282,11 @@ private Q_SLOTS:
         QRandomGenerator random(5);
         for (int kill = 0; kill < 4; ++kill) {
             const int lines = random.bounded(60);
-            runAndKill({}, [lines, seen = 0](const auto &) mutable { return ++seen > lines; });
+            runAndKill({}, [lines, seen = 0](const auto &received) mutable {
+                return ++seen > lines || std::ranges::all_of(received, [](qint64 bytes) {
+                    return bytes == longFilmBytes;
+                });
+            });
         }
         CurlFetch fetch;
         DownloadManager downloads(*m_settings, fetch, {.mostAtOnce = places});
