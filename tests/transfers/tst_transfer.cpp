@@ -27,7 +27,6 @@ using Framing = HttpService::Framing;
 using How = TransferResult;
 
 constexpr const char *modified = "Tue, 01 Feb 2022 10:00:00 GMT";
-constexpr const char *later = "Tue, 01 Feb 2022 10:00:01 GMT";
 constexpr const char *early = "The connection ended before the file did.";
 constexpr const char *silent = "The server stopped answering.";
 const QByteArray first = "\"first\"";
@@ -211,7 +210,7 @@ struct FaultRound
             scene.options.silenceLimit = 300ms;
         if (fault == "redirect, only a date" || fault.startsWith("other node")) {
             scene.answer().etag.clear();
-            scene.answer().headers = {{"Last-Modified", modified}, {"Date", later}};
+            scene.answer().headers = {{"Last-Modified", modified}};
         }
     }
     Q_DISABLE_COPY_MOVE(FaultRound)
@@ -389,11 +388,10 @@ private Q_SLOTS:
     {
         // condition: empty: there is no telling the version, and it starts from the first byte
         const auto row = columns<QByteArray, QByteArray, QByteArray>("etag", "date", "condition");
-        row("strong tag", "\"a\"", "", "\"a\"");
+        row("strong tag", "\"a\"", modified, "\"a\"");
         row("weak tag", "W/\"a\"", "", "");
-        row("weak tag and date", "W/\"a\"", later, modified);
-        row("date", "", later, modified);
-        row("date of the same second", "", modified, "");
+        row("weak tag and date", "W/\"a\"", modified, modified);
+        row("changed just now", "", HttpAnswer::date(QDateTime::currentDateTime().addDays(1)), "");
     }
 
     void validators()
@@ -403,9 +401,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, condition);
         TransferScene scene;
         scene.answer().etag = etag;
-        scene.answer().headers = {{"Last-Modified", modified}};
         if (!date.isEmpty())
-            scene.answer().headers.append({"Date", date});
+            scene.answer().headers = {{"Last-Modified", date}};
         const auto run = scene.start(scene.pausedAt(100'000));
         QVERIFY(run->waitEnd());
         const auto &headers = scene.server.requests().last().headers;
