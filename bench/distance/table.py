@@ -12,17 +12,19 @@ def head(title):
     print(f"{'':{WIDTH}} {'ours':>9} {'peer':>9} {'ratio':>6} {'aim':>9}", flush=True)
 
 
-def row(what, ours, peer=None, aim=None, unit="s", most=True):
-    """A figure that is absent (None) could not be had. `most`: the aim is not to be exceeded."""
+def row(what, ours, peer=None, aim=None, unit="s", of_ratio=False):
+    """A figure that is absent (None) could not be had. The aim is the most that is wanted, or, of the
+    ratio, the least."""
 
-    def shown(value):
-        return f"{value:.2f} {unit}".rstrip() if value is not None else "-"
+    def shown(value, with_unit=unit):
+        return f"{value:.2f} {with_unit}".rstrip() if value is not None else "-"
 
-    ratio = f"{ours / peer:.2f}" if ours is not None and peer else "-"
+    ratio = ours / peer if ours is not None and peer else None
     limit, verdict = "-", ""
     if aim is not None:
-        limit = ("<= " if most else ">= ") + f"{aim:g} {unit}".rstrip()
-        met = ours is not None and (ours <= aim if most else ours >= aim)
+        judged = ratio if of_ratio else ours
+        limit = f">= {aim:g}" if of_ratio else f"<= {aim:g} {unit}"
+        met = judged is not None and (judged >= aim if of_ratio else judged <= aim)
         verdict = "met" if met else "MISSED"
-    print(f"{what:{WIDTH}} {shown(ours):>9} {shown(peer):>9} {ratio:>6} {limit:>9}  {verdict}",
-          flush=True)
+    print(f"{what:{WIDTH}} {shown(ours):>9} {shown(peer):>9} {shown(ratio, ''):>6} {limit:>9}  "
+          f"{verdict}", flush=True)
