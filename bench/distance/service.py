@@ -60,8 +60,8 @@ http {{
 BACKEND = """
     proxy_http_version 1.1;
     proxy_set_header Connection "";
-    proxy_redirect ~^http://localhost:(?<port>[0-9]+)(?<rest>/.*)$ https://{first}/127.0.0.1:$port$rest;
-    proxy_redirect ~^http://(?<node>127[.][0-9.]+:[0-9]+)(?<rest>/.*)$ https://{second}/$node$rest;
+    proxy_redirect ~^http://(?<node>127.0.0.2:[0-9]+)(?<rest>/.*)$ https://{first}/$node$rest;
+    proxy_redirect ~^http://(?<node>127.0.0.3:[0-9]+)(?<rest>/.*)$ https://{second}/$node$rest;
     location / {{ proxy_pass {address}; }}
 """
 BACKEND_NODES = """
