@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "loopback/HttpService.h"
 #include "platform/http/CurlFetch.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QTest>
@@ -96,11 +96,11 @@ class tst_Fetch : public QObject
 private Q_SLOTS:
     void hostileAnswers_data()
     {
-        const auto row = columns<FaultServer::Answer, QString>("answer", "text");
+        const auto row = columns<HttpService::Answer, QString>("answer", "text");
         const char *early = "The connection ended before the file did.";
         const char *senseless = "The server's answer cannot be understood.";
         row("head of a megabyte", {.headers = {{"X-Long", QByteArray(1'000'000, 'x')}}}, senseless);
-        row("many headers", {.headers = FaultServer::Headers(20'000, {"X-Many", "of them"})},
+        row("many headers", {.headers = HttpService::Headers(20'000, {"X-Many", "of them"})},
             senseless);
         row("shorter than it says", {.body = "film", .cutAfter = 2}, early);
         row("two lengths", {.body = "film", .headers = {{"Content-Length", "2000"}}, .close = true},
@@ -115,8 +115,8 @@ private Q_SLOTS:
 
     void hostileAnswers()
     {
-        QFETCH(FaultServer::Answer, answer);
-        FaultServer server;
+        QFETCH(HttpService::Answer, answer);
+        HttpService server;
         server.serve(path, answer);
         CurlFetch fetch;
         const auto receiver = std::make_shared<Receiver>();
@@ -130,7 +130,7 @@ private Q_SLOTS:
     /// The body of an error is no film, however long it is.
     void errorWithoutEnd()
     {
-        FaultServer server;
+        HttpService server;
         server.serve(path, {.body = QByteArray(10'000'000, 'x'), .status = 404});
         CurlFetch fetch;
         const auto receiver = std::make_shared<Receiver>();
@@ -143,7 +143,7 @@ private Q_SLOTS:
 
     void filmsGoFirst()
     {
-        FaultServer server;
+        HttpService server;
         CurlFetch fetch;
         std::vector<std::shared_ptr<Receiver>> receivers;
         const auto start = [&](FetchUrgency urgency) {
@@ -168,8 +168,8 @@ private Q_SLOTS:
     /// Six at a host at most, counted where they are answered: who redirects is free at once.
     void countsWhereItIsAnswered()
     {
-        FaultServer asked;
-        FaultServer node("127.0.0.2");
+        HttpService asked;
+        HttpService node("127.0.0.2");
         CurlFetch fetch;
         QHash<QByteArray, FetchId> downloads;
         for (int i = 0; i < 8; ++i) {
@@ -193,8 +193,8 @@ private Q_SLOTS:
     void secured()
     {
         const auto certificate = LoopbackCertificate::make();
-        FaultServer server("127.0.0.1", certificate);
-        FaultServer plain;
+        HttpService server("127.0.0.1", certificate);
+        HttpService plain;
         server.serve(path, {.body = "film"});
         plain.serve(path, {.body = "film"});
         server.redirect("/down", plain.url(path).toEncoded(), 302);
@@ -218,7 +218,7 @@ private Q_SLOTS:
     /// A connection that is opened ahead is the one that is used; it is opened again once.
     void connectsAhead()
     {
-        FaultServer server;
+        HttpService server;
         server.serve(path, {.body = "film"});
         CurlFetch fetch;
         const auto opened = [&] {
@@ -257,8 +257,8 @@ private Q_SLOTS:
     /// A server that sends the whole film in place of its part is stopped before it has.
     void stopsWhatIsNotWanted()
     {
-        FaultServer server;
-        server.serve(path, {.source = FaultServer::Answer::Source::pattern(1LL << 30)});
+        HttpService server;
+        server.serve(path, {.source = HttpService::Answer::Source::pattern(1LL << 30)});
         CurlFetch fetch;
         const auto receiver = std::make_shared<Receiver>(1LL << 40, true);
         server.redirect("/asked.mp4", path, 302);
@@ -274,8 +274,8 @@ private Q_SLOTS:
     /// The film's own second is the clock.
     void yieldsToFilm()
     {
-        FaultServer server;
-        server.serve(path, {.source = FaultServer::Answer::Source::pattern(1LL << 30)});
+        HttpService server;
+        server.serve(path, {.source = HttpService::Answer::Source::pattern(1LL << 30)});
         server.serve("/short.mp4", {.body = QByteArray(200'000, 'f'), .bytesPerSecond = 100'000});
         CurlFetch fetch;
         const auto download = std::make_shared<Receiver>();
@@ -298,7 +298,7 @@ private Q_SLOTS:
     /// A server that asks for it is left alone, also by those that come later.
     void leavesAlone()
     {
-        FaultServer server;
+        HttpService server;
         server.serve(path, {.status = 429, .headers = {{"Retry-After", "2"}}});
         CurlFetch fetch;
         const auto refused = std::make_shared<Receiver>();
@@ -318,7 +318,7 @@ private Q_SLOTS:
 
     void putsOff()
     {
-        FaultServer server;
+        HttpService server;
         server.serve(path, {.body = QByteArray(40'000'000, 'x')});
         CurlFetch fetch;
         const auto receiver = std::make_shared<Receiver>(1'000'000);
@@ -335,7 +335,7 @@ private Q_SLOTS:
 
     void endsOnce()
     {
-        FaultServer server;
+        HttpService server;
         server.serve(path, {.body = "film", .silent = true});
         const auto under = std::make_shared<Receiver>();
         const auto cancelled = std::make_shared<Receiver>();

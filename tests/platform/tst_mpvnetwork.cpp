@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "loopback/HttpService.h"
 #include "platform/media/MediaEngine.h"
-#include "testlib/FaultServer.h"
 #include "testlib/PlayerProbe.h"
 #include "testlib/Table.h"
 
@@ -22,7 +22,7 @@ QByteArray clip(const char *name)
 const QByteArray path = "/film.mp4";
 
 /// Serves `film` as a public service would; the answer may be changed at any time.
-FaultServer::Answer &serveFilm(FaultServer &server, const QByteArray &film)
+HttpService::Answer &serveFilm(HttpService &server, const QByteArray &film)
 {
     server.serve(path, {.body = film, .etag = "\"first\"", .ranges = true});
     return server.at(path);
@@ -39,7 +39,7 @@ private:
     std::unique_ptr<MediaPlayer> m_player;
     std::unique_ptr<PlayerProbe> m_probe;
 
-    void play(const FaultServer &server, float rate = 1)
+    void play(const HttpService &server, float rate = 1)
     {
         m_player->load(server.url(path));
         m_player->setDefaultRate(rate);
@@ -70,7 +70,7 @@ private Q_SLOTS:
         QFETCH(bool, ranges);
         QFETCH(bool, redirect);
         QFETCH(QByteArray, film);
-        FaultServer server;
+        HttpService server;
         serveFilm(server, clip(film)).ranges = ranges;
         if (redirect) {
             server.serve("/there.mp4", server.at(path));
@@ -99,7 +99,7 @@ private Q_SLOTS:
     {
         QFETCH(int, status);
         QFETCH(QByteArray, body);
-        FaultServer server;
+        HttpService server;
         serveFilm(server, body).status = status;
         play(server);
         QVERIFY(m_probe->waitFailed(3'000));
@@ -108,7 +108,7 @@ private Q_SLOTS:
 
     void brokenConnectionIsTakenUpAgain()
     {
-        FaultServer server;
+        HttpService server;
         auto &film = serveFilm(server, clip("counted.mp4"));
         const qint64 third = film.body.size() / 3;
         film.cutAfter = third;
@@ -129,7 +129,7 @@ private Q_SLOTS:
 
     void serverBackBeforeTheCacheIsPlayed()
     {
-        FaultServer server;
+        HttpService server;
         auto &film = serveFilm(server, clip("counted.mp4"));
         film.cutAfter = film.body.size() * 2 / 3;
         play(server, 2);
@@ -152,7 +152,7 @@ private Q_SLOTS:
     void neverTheEndOfTheFilm()
     {
         QFETCH(int, status);
-        FaultServer server;
+        HttpService server;
         auto &film = serveFilm(server, clip("counted.mp4"));
         film.cutAfter = film.body.size() / 3;
         connect(m_player.get(), &MediaPlayer::itemStatusChanged, &server, [&] {
@@ -190,10 +190,10 @@ private Q_SLOTS:
         QFETCH(int, status);
         QFETCH(bool, same);
         const QByteArray body = clip("heavy.mov");
-        FaultServer server;
+        HttpService server;
         const auto date = [](int second) {
             const auto text = "Wed, 01 May 2024 00:00:0" + QByteArray::number(second) + " GMT";
-            return FaultServer::Headers{{"Last-Modified", text}};
+            return HttpService::Headers{{"Last-Modified", text}};
         };
         server.serve(
             "/one.mov",
@@ -223,7 +223,7 @@ private Q_SLOTS:
     {
         QFETCH(double, start);
         QFETCH(QList<double>, seeks);
-        FaultServer server;
+        HttpService server;
         serveFilm(server, clip("counted.mp4")).delay = 1s;
         m_player->load(server.url(path), start);
         m_player->play();
@@ -241,7 +241,7 @@ private Q_SLOTS:
 
     void seeksWhereNoRangesAreServed()
     {
-        FaultServer server;
+        HttpService server;
         serveFilm(server, clip("heavy.mov")).ranges = false;
         server.at(path).bytesPerSecond = 2'000'000;
         m_player->load(server.url(path), 15);
@@ -257,9 +257,9 @@ private Q_SLOTS:
 
     void loadsAndEndsWhileTheServerIsSilent()
     {
-        FaultServer silent;
+        HttpService silent;
         serveFilm(silent, clip("counted.mp4")).silent = true;
-        FaultServer well;
+        HttpService well;
         serveFilm(well, clip("short.mp4"));
         play(silent);
         QTRY_COMPARE(silent.requests().size(), 1);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "loopback/HttpService.h"
 #include "platform/http/HttpClient.h"
 #include "testlib/Awaited.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QDirIterator>
@@ -18,9 +18,9 @@ class TestResponseCache : public QObject
 
 private:
     QTemporaryDir m_folder;
-    FaultServer m_server;
+    HttpService m_server;
     std::unique_ptr<HttpClient> m_client;
-    const FaultServer::Headers m_anHour{{"Cache-Control", "max-age=3600"}};
+    const HttpService::Headers m_anHour{{"Cache-Control", "max-age=3600"}};
 
     void makeClient(const QString &folder)
     {
@@ -52,14 +52,14 @@ private Q_SLOTS:
 
     void keepsWhatMayBeKept_data()
     {
-        const auto row = columns<FaultServer::Headers, int>("headers", "requests");
+        const auto row = columns<HttpService::Headers, int>("headers", "requests");
         row("an hour", m_anHour, 1);
-        row("nothing said", FaultServer::Headers{}, 2);
-        row("no store", FaultServer::Headers{{"Cache-Control", "no-store"}}, 2);
+        row("nothing said", HttpService::Headers{}, 2);
+        row("no store", HttpService::Headers{{"Cache-Control", "no-store"}}, 2);
     }
     void keepsWhatMayBeKept()
     {
-        QFETCH(FaultServer::Headers, headers);
+        QFETCH(HttpService::Headers, headers);
         makeClient(QTest::currentDataTag());
         m_server.serve("/x", {.body = "kept", .headers = headers});
         QCOMPARE(body(), "kept");
@@ -69,7 +69,7 @@ private Q_SLOTS:
 
     void asksWhetherItChanged()
     {
-        FaultServer::Headers headers{{"Cache-Control", "max-age=0, must-revalidate"}};
+        HttpService::Headers headers{{"Cache-Control", "max-age=0, must-revalidate"}};
         m_server.serve("/x", {.body = "old", .headers = headers, .etag = "\"1\""});
         QCOMPARE(body(), "old");
         m_server.serve("/x", {.body = "", .status = 304, .headers = headers, .etag = "\"1\""});
@@ -84,7 +84,7 @@ private Q_SLOTS:
     {
         m_server.serve("/x", {.body = "moved",
                               .status = 301,
-                              .headers = m_anHour + FaultServer::Headers{{"Location", "/end"}}});
+                              .headers = m_anHour + HttpService::Headers{{"Location", "/end"}}});
         m_server.serve("/end", {.body = "end"});
         QCOMPARE(body(), "end");
         QCOMPARE(body(), "end");

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "loopback/HttpService.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/media/MediaEngine.h"
 #include "playback/PlaybackCoordinator.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 
 #include <QCoroTask>
@@ -130,7 +130,7 @@ private:
     {
         heal();
         m_sinceFault.start();
-        QObject::connect(&m_server, &FaultServer::requested, [this] {
+        QObject::connect(&m_server, &HttpService::requested, [this] {
             if (m_server.requests().size() == 2)
                 strike();
         });
@@ -235,7 +235,7 @@ private:
     const Moment m_moment;
     const Lasting m_lasting;
     const QString m_key;
-    FaultServer m_server;
+    HttpService m_server;
     PlaybackCoordinator m_playback;
     QElapsedTimer m_sinceFault;
     double m_place = 0; // seconds: what the viewer last saw or asked for
