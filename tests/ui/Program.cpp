@@ -5,6 +5,8 @@
 #include "platform/files/StandardFolders.h"
 #include "platform/http/ServiceHosts.h"
 #include "platform/media/MediaEngine.h"
+#include "platform/media/film/FilmMemory.h"
+#include "platform/media/film/Films.h"
 #include "testlib/Table.h"
 #include "ui/UiModule.h"
 
@@ -77,6 +79,9 @@ Program::Program()
         serveFiles("film" + QByteArray::number(i), {"reel.mp4"});
     server().serve("/download/film0/reel.mp4", {.body = clip(), .ranges = true});
     server().forgetRequests();
+    // What is held of films would be found by the next program of this process.
+    delete &Films::shared();
+    FilmMemory::shared().clear().waitForFinished();
     for (const QString &file : {StandardFolders::support() + "/history.json",
                                 StandardFolders::configuration() + "/preferences.json"}) {
         QFile::remove(file);

@@ -134,6 +134,7 @@ private Q_SLOTS:
             }
         };
         QTRY_VERIFY_WITH_TIMEOUT(!program.state().popular().isEmpty(), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(!program.state().suggestions().isEmpty(), patience);
         program.keys({Qt::Key_Down, Qt::Key_Down}); // past the suggestions
         QTRY_VERIFY(shelf(program, "Featured Public-Domain Films")->hasActiveFocus());
         QTest::keyPress(program.window(), Qt::Key_Return);
