@@ -271,6 +271,31 @@ private Q_SLOTS:
         QCOMPARE(names(detailsOf("{}", R"([{"name":"a"},"b"])").files), QStringList());
     }
 
+    /// MD5 before SHA-1; none that is not just as many hexadecimal digits, and none of the list
+    /// that holds itself.
+    void checksums()
+    {
+        const QByteArray md5(32, 'a');
+        const QByteArray sha1(40, 'B');
+        QJsonArray array;
+        const auto add = [&](const char *name, const QJsonValue &one, const QByteArray &other) {
+            array.append(
+                QJsonObject{{"name", name}, {"md5", one}, {"sha1", QString::fromLatin1(other)}});
+        };
+        const QString text = QString::fromLatin1(md5);
+        add("both", text, sha1);
+        add("sha1", text.chopped(1) + 'g', sha1);
+        add("long", text + "aa", sha1 + 'B');
+        add("number", 12, "");
+        add("x_files.xml", text, sha1);
+        const auto files = detailsOf("{}", QJsonDocument(array).toJson()).files;
+        QList<QByteArray> digests;
+        for (const ArchiveFile &each : files)
+            digests.append(each.checksum.digest.toHex());
+        QCOMPARE(digests, (QList<QByteArray>{md5, sha1.toLower(), "", "", ""}));
+        QCOMPARE(files.at(1).checksum.algorithm, QCryptographicHash::Sha1);
+    }
+
     void equalFilesKeepTheirOrder()
     {
         QJsonArray files;
