@@ -12,6 +12,9 @@
 #include <QTest>
 
 #include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,6 +29,23 @@ Result<QByteArray> fetched(const QUrl &url, std::chrono::milliseconds timeout = 
                            std::stop_token stop = {})
 {
     return awaited(fetchData(url, timeout, std::move(stop)));
+}
+
+/// Sockets of this process that send small writes to that port at once.
+int promptOnes(quint16 port)
+{
+    int count = 0;
+    for (int socket = 0; socket < 512; ++socket) {
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        int isPrompt = 0;
+        socklen_t flagSize = sizeof isPrompt;
+        count += ::getpeername(socket, reinterpret_cast<sockaddr *>(&peer), &size) == 0 &&
+                 peer.sin_family == AF_INET && ntohs(peer.sin_port) == port &&
+                 ::getsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &isPrompt, &flagSize) == 0 &&
+                 isPrompt != 0;
+    }
+    return count;
 }
 
 QCoro::Task<> note(QString name, QUrl url, std::stop_token stop, QStringList *ended)
@@ -226,6 +246,7 @@ private Q_SLOTS:
         HttpClient client;
         client.connectAhead(server.url("/"));
         QTRY_COMPARE(server.openConnections(), 1);
+        QTRY_COMPARE(promptOnes(quint16(server.url("/").port())), 1);
         QVERIFY(awaited(fetchData(server.url("/x"), 30s, {}, client)));
         QCOMPARE(server.requests().size(), 1);
         QCOMPARE(server.requests().first().connection, 1);

@@ -7,6 +7,7 @@
 #include "platform/http/NetworkThread.h"
 #include "platform/http/ResponseCache.h"
 #include "platform/http/ServiceHosts.h"
+#include "platform/http/SmallWrites.h"
 #include "platform/http/UserAgent.h"
 #include "platform/http/WebAddress.h"
 
@@ -98,14 +99,16 @@ void HttpClient::connectAhead(const QUrl &url)
     if (!isWebAddress(url))
         return;
     const auto connect = [network = m_network, url] {
-        if (url.scheme() == QLatin1String("http"))
-            return network->connectToHost(url.host(), static_cast<quint16>(url.port(80)));
+        const bool isSecure = url.scheme() == QLatin1String("https");
+        const auto port = static_cast<quint16>(url.port(isSecure ? 443 : 80));
+        new SmallWrites(port, network);
+        if (!isSecure)
+            return network->connectToHost(url.host(), port);
         auto configuration = secureConfiguration();
         // What requests are let use by themselves, such a connection must be told.
         configuration.setAllowedNextProtocols(
             {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
-        network->connectToHostEncrypted(url.host(), static_cast<quint16>(url.port(443)),
-                                        configuration);
+        network->connectToHostEncrypted(url.host(), port, configuration);
     };
     QMetaObject::invokeMethod(
         m_network, [=, network = m_network] { KnownProxies::whenKnown(url, network, connect); });
