@@ -20,6 +20,13 @@ TransferStream::News TransferStream::take(std::vector<char> &bytes)
     return std::exchange(m_news, {});
 }
 
+void TransferStream::heldBack(std::chrono::milliseconds left)
+{
+    const std::scoped_lock lock(m_bell->mutex);
+    m_news.heldBack = left;
+    m_bell->ring();
+}
+
 bool TransferStream::headArrived(const FetchHead &head)
 {
     const std::scoped_lock lock(m_bell->mutex);

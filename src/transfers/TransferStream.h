@@ -37,6 +37,8 @@ public:
         std::optional<FetchHead> head = {};
         std::optional<FetchEnd> end = {};
         bool wasPutOff = false; // the fetch is to be resumed
+        /// It has not begun, for its host is left alone for so long.
+        std::optional<std::chrono::milliseconds> heldBack = {};
     };
 
     explicit TransferStream(std::shared_ptr<TransferBell> bell);
@@ -45,6 +47,7 @@ public:
     /// thread, with the bell's mutex held.
     News take(std::vector<char> &bytes);
 
+    void heldBack(std::chrono::milliseconds left) override;
     bool headArrived(const FetchHead &head) override;
     Take bytesArrived(const char *bytes, qint64 count) override;
     void ended(const FetchEnd &end) override;

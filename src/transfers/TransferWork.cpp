@@ -180,6 +180,8 @@ void TransferWork::await()
 
 void TransferWork::takeNews(Line &line, const TransferStream::News &news)
 {
+    if (news.heldBack && isFirst(line))
+        return askedToWait(*news.heldBack);
     if (news.head)
         judge(line, *news.head);
     if (line.isAccepted && !line.isOver && !m_end)
@@ -356,16 +358,17 @@ void TransferWork::statusArrived(Line &line, int status, std::chrono::millisecon
     if (status == 416 && line.isForRange)
         startOver(true);
     else if (status == 429 || status == 503)
-        end(TransferResult::AskedToWait, tr("%1 asks to wait").arg(serverName()), pause);
+        askedToWait(pause);
     else
         end(mayBeTriedAgain(status) ? TransferResult::Broken : TransferResult::Failed, text);
 }
 
-QString TransferWork::serverName() const
+void TransferWork::askedToWait(std::chrono::milliseconds pause)
 {
-    return m_request.url.host() == QUrl(ServiceHosts::current().archive).host()
-               ? tr("The Internet Archive")
-               : tr("The server");
+    const bool isArchive = m_request.url.host() == QUrl(ServiceHosts::current().archive).host();
+    end(TransferResult::AskedToWait,
+        tr("%1 asks to wait").arg(isArchive ? tr("The Internet Archive") : tr("The server")),
+        pause);
 }
 
 void TransferWork::startOver(bool hasChanged)

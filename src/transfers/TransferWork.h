@@ -73,7 +73,7 @@ private:
     void lineEnded(Line &line, const FetchEnd &ended);
     void bodyEnded(Line &line);
     void statusArrived(Line &line, int status, std::chrono::milliseconds pause);
-    QString serverName() const;
+    void askedToWait(std::chrono::milliseconds pause);
     void startOver(bool hasChanged);
     void tick();
     void mark();

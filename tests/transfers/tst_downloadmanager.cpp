@@ -236,6 +236,10 @@ private Q_SLOTS:
                        {.body = "no", .status = 429, .headers = {{"Retry-After", "2"}}});
         start("/film.mp4");
         QTRY_COMPARE(task().status(), "The server asks to wait, next try in 2 s");
+        start("/nowhere.mp4"); // of the same server
+        QTRY_VERIFY(task().status().startsWith("The server asks to wait, next try in "));
+        QCOMPARE(m_server.requests().size(), 1);
+        m_downloads->cancel(task().id);
         m_server.serve("/film.mp4", {.body = m_film});
         QTRY_COMPARE(task().status(), "The server asks to wait, next try in 1 s");
         QTRY_VERIFY(task().is<Finished>());
@@ -270,7 +274,7 @@ private Q_SLOTS:
         bool full = true;
         m_options.transfer.write = [&](int file, const void *bytes, size_t count, off_t at) {
             errno = ENOSPC;
-            return full && at > 1000 ? -1 : pwrite(file, bytes, count, at);
+            return full && at + off_t(count) > 1000 ? -1 : pwrite(file, bytes, count, at);
         };
         open();
         start("/film.mp4");

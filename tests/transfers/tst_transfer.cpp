@@ -192,6 +192,7 @@ struct FaultRound
     const QString fault;
     const qint64 offset;
     TransferScene scene = {};
+    CurlFetch laterFetch; // which leaves no host alone any more
     std::atomic<bool> isFull = false;
     std::unique_ptr<TransferRun> run = {};
     QByteArray body = {}; // that the server has
@@ -239,8 +240,8 @@ struct FaultRound
         QDir().mkpath(scene.dir.path());
         scene.server.serveRange(scene.path, {.body = film(), .etag = first, .ranges = true});
         scene.serve(film());
-        m_part = run->end.part;
-        goOn();
+        run =
+            std::make_unique<TransferRun>(laterFetch, scene.request(run->end.part), scene.options);
     }
 
     /// Nothing that was there is fetched again.
