@@ -20,6 +20,7 @@ class VideoPlayerManager : public QObject
     Q_PROPERTY(double duration READ duration NOTIFY durationChanged)
     Q_PROPERTY(double bufferedTo READ bufferedTo NOTIFY bufferedToChanged)
     Q_PROPERTY(QString error READ errorText NOTIFY errorChanged)
+    Q_PROPERTY(bool goesOnTrying READ goesOnTrying NOTIFY errorChanged)
     Q_PROPERTY(QString trouble READ trouble NOTIFY troubleChanged)
     Q_PROPERTY(float rate READ rate WRITE setRate NOTIFY rateChanged)
     Q_PROPERTY(QString aspect READ aspectName WRITE setAspectName NOTIFY aspectChanged)
@@ -48,6 +49,8 @@ public:
     double bufferedTo() const { return m_bufferedTo; } // end of the last loaded range, seconds
     const std::optional<QString> &error() const { return m_error; }
     QString errorText() const { return m_error.value_or(QString()); }
+    /// Behind the error: the film goes on by itself once its server is back.
+    bool goesOnTrying() const { return m_error && m_player && m_player->goesOnTrying(); }
     /// What the viewer waits for while the network brings nothing; empty: nothing.
     QString trouble() const { return m_player ? m_player->trouble() : QString(); }
     float rate() const { return m_rate; }

@@ -67,6 +67,7 @@ public:
     ItemStatus itemStatus() const override { return status; }
     QString itemError() const override { return {}; }
     QString trouble() const override { return {}; }
+    bool goesOnTrying() const override { return false; }
     TimeControlStatus timeControlStatus() const override { return TimeControlStatus::Playing; }
     bool hasArrived() const override { return arrived; }
     double currentTime() const override { return 0; }

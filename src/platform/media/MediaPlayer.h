@@ -89,6 +89,8 @@ public:
     virtual QString itemError() const = 0; // empty unless the status is Failed
     /// What keeps the network from bringing more, and what is done about it; empty: nothing.
     virtual QString trouble() const = 0;
+    /// Whether a failed item becomes what it was, without anybody's doing, once its server is back.
+    virtual bool goesOnTrying() const = 0;
     virtual TimeControlStatus timeControlStatus() const = 0;
     /// False from a load or a seek until a frame of where it was told to go has been shown; an item
     /// that fails before stays without.
@@ -111,7 +113,7 @@ public:
 Q_SIGNALS:
     /// Every 0.5 s while an item is played, when it stands still, and after every finished seek.
     void timeTicked(double seconds);
-    /// A failed item becomes what it was before when its server is back.
+    /// Also when an item that has failed is given up, or goes on.
     void itemStatusChanged();
     void troubleChanged();
     void timeControlStatusChanged();

@@ -11,10 +11,13 @@ Item {
     property Item remover: null // the one of them that takes the row away
     property int column: 0 // the page's
     property bool bare: false // without a panel
+    property bool movable: false // to another place of the list
     default property alias content: panel.data
 
     readonly property Item ringed: ListView.isCurrentItem && ListView.view.activeFocus
                                    ? buttons[Math.min(column, buttons.length - 1)] ?? null : null
+
+    signal shifted(int by) // asks for another place, so many rows on
 
     implicitHeight: 56
     width: ListView.view?.width ?? 0

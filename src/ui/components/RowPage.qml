@@ -6,7 +6,7 @@ import Tavelo
 
 // One long list between blocks that scroll with it. The list is one stop for the Tab key: up and
 // down go from row to row, left and right along a row's buttons, Return and Space press, Delete
-// removes. The delegate's root is a ListRow; one without buttons is passed over.
+// removes, Alt with up or down moves the row itself. The delegate's root is a ListRow; one without buttons is passed over.
 FocusScope {
     id: page
 
@@ -42,6 +42,12 @@ FocusScope {
         settle();
         if (!step(by))
             keys.scroll(by * Infinity);
+    }
+    function arrow(event: KeyEvent, by: int) {
+        if (!(event.modifiers & Qt.AltModifier))
+            go(by);
+        else if (current()?.movable)
+            current().shifted(by);
     }
     function turn(by: int) {
         const last = (current()?.buttons.length ?? 1) - 1;
@@ -115,13 +121,13 @@ FocusScope {
         }
 
         Keys.onDeletePressed: page.current()?.remover?.clicked()
-        Keys.onDownPressed: page.go(1)
+        Keys.onDownPressed: event => page.arrow(event, 1)
         Keys.onEnterPressed: event => page.press(event)
         Keys.onLeftPressed: page.turn(-1)
         Keys.onReturnPressed: event => page.press(event)
         Keys.onRightPressed: page.turn(1)
         Keys.onSpacePressed: event => page.press(event)
-        Keys.onUpPressed: page.go(-1)
+        Keys.onUpPressed: event => page.arrow(event, -1)
         onActiveFocusChanged: if (activeFocus) page.settle()
         onCountChanged: if (activeFocus) soon.restart()
     }

@@ -1,32 +1,57 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Layouts
 import Tavelo
 
 ListRow {
     id: row
 
     required property var record // a DownloadTask
-
-    readonly property bool underway: record.isUnderway
+    required property int index
 
     signal pause(var id)
-    signal resume(var id)
+    signal resume(var id) // or try again
     signal cancel(var id)
+    signal move(var id, int place)
     signal play(var task)
+    signal showInFolder(url file)
 
-    buttons: underway ? [turn, cross] : record.isFinished ? [action, cross] : [cross]
+    buttons: controls.shown
     implicitHeight: texts.height + 28
-    remover: cross
+    movable: ListView.view?.count > 1
+    remover: controls.remover
 
+    Accessible.description: [record.status, record.tip, movable ? grip.hint : ""]
+                            .filter(part => part).join("\n")
     Accessible.name: record.title
 
+    transform: Translate {
+        y: grip.shift
+    }
+
+    onShifted: by => {
+        const place = index + by;
+        if (place >= 0 && place < ListView.view.count)
+            move(record.id, place);
+    }
+
+    RowGrip {
+        id: grip
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.top: parent.top
+        place: row.index
+        row: row
+        visible: row.movable
+
+        onDropped: place => row.move(row.record.id, place)
+    }
     Column {
         id: texts
 
         anchors.left: parent.left
-        anchors.leftMargin: 16
+        anchors.leftMargin: row.movable ? grip.width + 4 : 16
         anchors.right: controls.left
         anchors.rightMargin: 16
         anchors.verticalCenter: parent.verticalCenter
@@ -39,67 +64,27 @@ ListRow {
         ProgressBar {
             Accessible.name: row.record.title
             value: row.record.progress
-            visible: row.underway
+            visible: row.record.isUnderway
             width: parent.width
         }
-        Label {
-            color: row.underway || row.record.isFinished ? Theme.secondary : Theme.warning
-            elide: row.record.isFinished ? Text.ElideMiddle : Text.ElideRight
-            font.pixelSize: Theme.caption
-            maximumLineCount: row.record.isFinished ? 1 : 3
-            text: row.record.status
+        DownloadStatus {
+            task: row.record
             width: parent.width
-            wrapMode: row.record.isFinished ? Text.NoWrap : Text.Wrap
         }
     }
-    RowLayout {
+    DownloadButtons {
         id: controls
 
         anchors.right: parent.right
         anchors.rightMargin: 10
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 6
+        ringed: row.ringed
+        task: row.record
 
-        IconButton {
-            id: turn
-
-            Accessible.name: text + " " + row.record.title
-            activeFocusOnTab: false
-            focusPolicy: Qt.NoFocus
-            iconSize: 18
-            ringed: row.ringed === turn
-            symbol: row.record.isPaused ? "play.fill" : "pause.fill"
-            text: row.record.isPaused ? qsTr("Resume") : qsTr("Pause")
-            visible: row.underway
-
-            onClicked: row.record.isPaused ? row.resume(row.record.id) : row.pause(row.record.id)
-        }
-        PushButton {
-            id: action
-
-            Accessible.name: text + " " + row.record.title
-            activeFocusOnTab: false
-            focusPolicy: Qt.NoFocus
-            ringed: row.ringed === action
-            symbol: "play.fill"
-            text: qsTr("Play")
-            visible: row.record.isFinished
-
-            onClicked: row.play(row.record)
-        }
-        IconButton {
-            id: cross
-
-            Accessible.name: text + " " + row.record.title
-            activeFocusOnTab: false
-            color: Theme.secondary
-            focusPolicy: Qt.NoFocus
-            iconSize: 16
-            ringed: row.ringed === cross
-            symbol: "xmark"
-            text: qsTr("Cancel / remove")
-
-            onClicked: row.cancel(row.record.id)
-        }
+        onCancel: row.cancel(row.record.id)
+        onPause: row.pause(row.record.id)
+        onPlayFilm: row.play(row.record)
+        onResume: row.resume(row.record.id)
+        onShowInFolder: row.showInFolder(row.record.file)
     }
 }

@@ -14,9 +14,11 @@ ListPage {
         column: screen.column
 
         onCancel: id => screen.app.downloads.cancel(id)
+        onMove: (id, place) => screen.app.downloads.move(id, place)
         onPause: id => screen.app.downloads.pause(id)
         onPlay: task => screen.app.playDownload(task)
         onResume: id => screen.app.downloads.resume(id)
+        onShowInFolder: file => screen.app.showInFileManager(file)
     }
     intro: [
         Label {
@@ -37,8 +39,8 @@ ListPage {
     outro: Label {
         color: Theme.secondary
         font.pixelSize: Theme.caption
-        text: qsTr("Downloads restart from scratch (or from pause) if the app quits "
-                   + "mid-transfer; finished files are always kept.")
+        text: qsTr("Quitting loses nothing: downloads go on where they were when Tavelo starts "
+                   + "again, and finished files are always kept.")
         width: parent.width
         wrapMode: Text.Wrap
     }

@@ -7,10 +7,12 @@ Rectangle {
     id: panel
 
     required property string message
+    property bool goesOnTrying: false // so that it may end by itself
 
     signal retry()
     signal close()
 
+    Accessible.description: goesOnTrying ? message + " " + hope.text : message
     Accessible.name: qsTr("Playback error")
     Accessible.role: Accessible.AlertMessage
     border.color: Theme.hairline
@@ -49,6 +51,16 @@ Rectangle {
             text: panel.message
             width: parent.width
             wrapMode: Text.Wrap
+        }
+        Label {
+            id: hope
+
+            color: Theme.tertiary
+            font.pixelSize: Theme.caption
+            horizontalAlignment: Text.AlignHCenter
+            text: qsTr("Tavelo goes on trying.")
+            visible: panel.goesOnTrying
+            width: parent.width
         }
         Row {
             anchors.horizontalCenter: parent.horizontalCenter

@@ -40,11 +40,19 @@ Rectangle {
                 horizontalAlignment: Text.AlignLeft
                 text: mini.app.playback.nowPlaying?.title ?? ""
             }
+            Label {
+                Accessible.role: Accessible.AlertMessage
+                Layout.fillWidth: true
+                color: Theme.secondary
+                font.pixelSize: Theme.caption
+                text: mini.player.trouble || qsTr("Buffering…")
+                visible: mini.player.isBuffering
+            }
             ClockLabel {
                 color: Theme.secondary
-                text: mini.player.isBuffering ? qsTr("Buffering…")
-                                              : Format.time(mini.player.currentTime) + " / "
-                                                + Format.time(mini.player.duration)
+                text: Format.time(mini.player.currentTime) + " / "
+                      + Format.time(mini.player.duration)
+                visible: !mini.player.isBuffering
             }
         }
         TransportButtons {

@@ -100,21 +100,16 @@ FocusScope {
         interval: 300
         waiting: screen.player.isBuffering
     }
-    Rectangle {
-        anchors.centerIn: parent
-        color: Theme.material
-        height: 96
-        radius: 14
+    WaitPanel {
+        maximumWidth: parent.width - 2 * Theme.inset
+        reason: screen.player.trouble
         visible: stall.over
-        width: 96
-
-        Spinner {
-            anchors.centerIn: parent
-            size: 48
-        }
+        x: Math.round((parent.width - width) / 2)
+        y: Math.round((parent.height - restHeight) / 2)
     }
     ErrorPanel {
         anchors.centerIn: parent
+        goesOnTrying: screen.player.goesOnTrying
         message: screen.player.error
         visible: screen.player.error !== ""
         width: Math.min(420, parent.width - 2 * Theme.inset)

@@ -50,6 +50,7 @@ public:
     ItemStatus itemStatus() const override { return m_status; }
     QString itemError() const override { return m_error; }
     QString trouble() const override { return m_trouble; }
+    bool goesOnTrying() const override { return m_lost.has_value(); }
     TimeControlStatus timeControlStatus() const override { return m_timeControl; }
     bool hasArrived() const override { return m_hasItem && !m_target; }
     double currentTime() const override { return m_time; }
