@@ -44,7 +44,8 @@ void Tour::shoot(const char *name)
 bool Tour::walk()
 {
     return home() && discover() && search() && itemSheets() && player() && brokenFilm() &&
-           torrentSearch() && torrentResults() && torrentInspector() && manage() && homeLater();
+           silentServer() && torrentSearch() && torrentResults() && torrentInspector() &&
+           manage() && homeLater();
 }
 
 bool Tour::home()
@@ -249,6 +250,39 @@ bool Tour::brokenFilm()
     shoot("player-after-retry");
     m_demo->application().state().playback()->stopPlayback();
     return true;
+}
+
+/// The film stands still, and goes on by itself.
+bool Tour::silentServer()
+{
+    DemoServer &services = m_demo->services();
+    VideoPlayerManager *player = m_demo->application().state().playback()->player();
+    services.setFaults({.below = "/download/", .bytesPerSecond = 150'000});
+    if (!openItem(QStringLiteral("Northern Lights")) || !m_ui.click(QStringLiteral("Play")) ||
+        !expect(waitPlaying(1), "a film from a slow server"))
+        return false;
+    services.setFaults({.below = "/download/", .silent = true});
+    player->seek(150);
+    if (!expect(m_ui.waitFor(QStringLiteral("Reconnecting…")), "what is waited for"))
+        return false;
+    shoot("player-reconnecting");
+    m_ui.click(QStringLiteral("Back"));
+    shoot("browsing-while-reconnecting");
+    m_ui.click(QStringLiteral("Expand"));
+    services.setFaults({.below = "/download/", .status = 429, .retryAfter = 20});
+    const auto asksToWait = [&] { return player->trouble().contains(QStringLiteral("20 s")); };
+    if (!expect(QTest::qWaitFor(asksToWait, 20'000), "the server's wish"))
+        return false;
+    shoot("player-asked-to-wait");
+    if (!expect(QTest::qWaitFor([&] { return player->goesOnTrying(); }, 40'000),
+                "the error panel of what may end by itself"))
+        return false;
+    shoot("player-error-going-on");
+    services.setFaults({});
+    const bool goesOn = QTest::qWaitFor([&] { return player->error() == std::nullopt; }, 40'000) &&
+                        waitPlaying(151);
+    m_demo->application().state().playback()->stopPlayback();
+    return expect(goesOn, "the film, when its server is back");
 }
 
 bool Tour::homeLater()

@@ -27,6 +27,7 @@ private:
     bool player();
     bool playerMenus();
     bool brokenFilm();
+    bool silentServer();
     bool homeLater();
     // In TourTorrents.cpp.
     bool torrentSearch();
@@ -41,8 +42,11 @@ private:
     bool library();
     bool settings();
     bool providerEditor();
-    /// Waits until a third of it is here, or it is over.
-    bool startDownload(const QString &title, const QString &id);
+    bool downloadsThatEnded();
+    bool downloadsUnderway();
+    bool downloadsMoved();
+    /// Waits until it is known how long it takes, or that it does not go on.
+    bool startDownload(const QString &title, const QString &id, const Checksum &checksum = {});
 
     bool openItem(const QString &title);
     bool waitPlaying(double seconds) const;

@@ -44,43 +44,108 @@ bool Tour::emptyShelves()
     return true;
 }
 
-bool Tour::startDownload(const QString &title, const QString &id)
+bool Tour::startDownload(const QString &title, const QString &id, const Checksum &checksum)
 {
     DownloadManager *downloads = m_demo->application().state().downloads();
-    downloads->start(title, QUrl(m_demo->services().baseUrl() + filmPath(id)), {});
-    const auto isDone = [downloads] {
-        const DownloadTask task = downloads->tasks().constFirst();
-        return !task.isDownloading() || task.progress() > 0.3;
+    const QUrl url(m_demo->services().baseUrl() + filmPath(id));
+    if (const auto refusal = downloads->start(title, url, {}, {id, checksum}))
+        return expect(false, qPrintable(*refusal));
+    const auto hasState = [&] {
+        for (const DownloadTask &task : downloads->tasks()) {
+            if (task.title == title)
+                return !task.isDownloading() || task.secondsLeft.has_value();
+        }
+        return false;
     };
-    return expect(QTest::qWaitFor(isDone, patience), "a download's progress");
+    return expect(QTest::qWaitFor(hasState, patience), "how a download goes");
 }
 
 bool Tour::downloads()
 {
-    DemoServer &services = m_demo->services();
-    if (!startDownload(QStringLiteral("Dusk over Kestrel Ridge"),
-                       QStringLiteral("dusk_over_kestrel_ridge")))
+    return downloadsThatEnded() && downloadsUnderway() && downloadsMoved();
+}
+
+bool Tour::downloadsThatEnded()
+{
+    AppState &state = m_demo->application().state();
+    if (!openItem(QStringLiteral("Neon Alibi")) ||
+        !m_ui.click(QStringLiteral("Save to Downloads")) ||
+        !expect(m_ui.waitFor(QStringLiteral("Play Neon Alibi")), "a saved film"))
         return false;
-    services.setFaults({.below = "/download/", .status = 404});
+    const Checksum ofAnother{QCryptographicHash::Md5, QByteArray(16, 'x')};
+    if (!startDownload(QStringLiteral("Dusk over Kestrel Ridge"),
+                       QStringLiteral("dusk_over_kestrel_ridge"), ofAnother) ||
+        !expect(QTest::qWaitFor(
+                    [&] { return state.downloads()->tasks().constFirst().isTroubled(); }, patience),
+                "a damaged download"))
+        return false;
+    m_demo->services().setFaults({.below = "/download/", .status = 404});
     if (!startDownload(QStringLiteral("A Film That Is Not There"), QStringLiteral("gone")))
         return false;
-    services.setFaults({.below = "/download/", .bytesPerSecond = 300'000});
+    m_ui.move({4, 4});
+    shoot("downloads-ended");
+    const QString saved = state.downloads()->tasks().constLast().status();
+    m_ui.hover(QStringLiteral("Show in Folder: Neon Alibi"));
+    QTest::qWait(tooltip);
+    shoot("downloads-folder");
+    if (!expect(m_ui.hoverOver(saved), "the words of what was checked"))
+        return false;
+    QTest::qWait(tooltip);
+    shoot("downloads-checked");
+    return true;
+}
+
+bool Tour::downloadsUnderway()
+{
+    DemoServer &services = m_demo->services();
+    services.setFaults({.below = "/download/", .status = 429, .retryAfter = 20});
+    if (!startDownload(QStringLiteral("Harbour at Low Tide"),
+                       QStringLiteral("harbour_at_low_tide")))
+        return false;
+    services.setFaults({.below = "/download/", .bytesPerSecond = 24'000});
     const QString lanterns = QStringLiteral("The Lantern Makers");
     if (!startDownload(lanterns, QStringLiteral("the_lantern_makers")) ||
         !expect(m_ui.click(QStringLiteral("Pause ") + lanterns), "a download's pause"))
         return false;
-    if (!startDownload(QStringLiteral("Neon Alibi"), QStringLiteral("neon_alibi")))
-        return false;
+    for (const auto &[title, id] :
+         {std::pair{"The Carpet Hour", "the_carpet_hour"},
+          std::pair{"Test Card Waltz", "test_card_waltz"},
+          std::pair{"Colony Seven Does Not Answer", "colony_seven"},
+          std::pair{"Northern Lights", "northern_lights_1931"},
+          std::pair{"The Weaver and the Loom", "the_weaver_and_the_loom"},
+          std::pair{"Down the Seahorse Valley", "down_the_seahorse_valley"}}) {
+        if (!startDownload(QString::fromLatin1(title), QString::fromLatin1(id)))
+            return false;
+    }
+    m_ui.move({4, 4});
     shoot("downloads");
-    m_ui.hover(QStringLiteral("Cancel / remove Neon Alibi"));
+    m_ui.hover(QStringLiteral("Cancel / remove Northern Lights"));
     QTest::qWait(tooltip);
     shoot("downloads-tooltip");
-    m_ui.key(Qt::Key_Down);
+    return true;
+}
+
+bool Tour::downloadsMoved()
+{
+    DownloadManager *downloads = m_demo->application().state().downloads();
+    for (qsizetype row = 0; row < downloads->tasks().size(); ++row)
+        m_ui.key(Qt::Key_Up);
     m_ui.key(Qt::Key_Down);
     shoot("downloads-keyboard");
-    services.setFaults({});
-    m_ui.click(QStringLiteral("Cancel / remove Neon Alibi"));
-    m_ui.click(QStringLiteral("Cancel / remove ") + lanterns);
+    m_ui.key(Qt::Key_Down, Qt::AltModifier);
+    shoot("downloads-moved");
+    constexpr int gripInside = 38;
+    constexpr int twoRows = 150;
+    if (!expect(m_ui.drag(QStringLiteral("Northern Lights"), gripInside, twoRows), "a row's grip"))
+        return false;
+    shoot("downloads-dragged");
+    m_ui.release();
+    m_ui.key(Qt::Key_End);
+    m_ui.move({4, 4});
+    shoot("downloads-bottom");
+    m_demo->services().setFaults({});
+    for (const DownloadTask &task : downloads->tasks())
+        downloads->cancel(task.id);
     return true;
 }
 

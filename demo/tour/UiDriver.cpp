@@ -5,6 +5,8 @@
 #include <QAccessible>
 #include <QTest>
 
+#include <algorithm>
+
 namespace tavelo {
 
 namespace {
@@ -107,9 +109,36 @@ bool UiDriver::hover(const QString &name) const
     return moveToControl(name, place);
 }
 
+bool UiDriver::hoverOver(const QString &name) const
+{
+    QAccessibleInterface *thing = find(name);
+    if (thing)
+        move(m_window->mapFromGlobal(thing->rect().center()));
+    return thing != nullptr;
+}
+
 void UiDriver::move(const QPoint &to) const
 {
     QTest::mouseMove(m_window, to);
+}
+
+bool UiDriver::drag(const QString &name, int inside, int by)
+{
+    constexpr int step = 10;
+    if (!moveToControl(name, m_held))
+        return false;
+    m_held.setX(m_window->mapFromGlobal(find(name)->rect().topLeft()).x() + inside);
+    QTest::mousePress(m_window, Qt::LeftButton, {}, m_held);
+    for (const int end = m_held.y() + by; m_held.y() < end;) {
+        m_held.setY(std::min(m_held.y() + step, end));
+        move(m_held);
+    }
+    return true;
+}
+
+void UiDriver::release() const
+{
+    QTest::mouseRelease(m_window, Qt::LeftButton, {}, m_held);
 }
 
 void UiDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) const

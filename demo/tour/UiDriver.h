@@ -28,7 +28,13 @@ public:
     /// Waits for a control of that name and clicks its middle. False when it did not come.
     bool click(const QString &name) const;
     bool hover(const QString &name) const;
+    /// The same for anything that is there already.
+    bool hoverOver(const QString &name) const;
     void move(const QPoint &to) const;
+    /// Waits for a control of that name and presses the mouse at so many pixels right of its left
+    /// edge, in its middle; moves it down by `by` and holds it there until release().
+    bool drag(const QString &name, int inside, int by);
+    void release() const;
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
     /// Presses Tab until what bears that name has the keyboard; false when nothing does.
     bool tabTo(const QString &name) const;
@@ -41,6 +47,7 @@ private:
     bool moveToControl(const QString &name, QPoint &place) const;
 
     QQuickWindow *m_window;
+    QPoint m_held; // where the mouse is pressed
 };
 
 } // namespace tavelo

@@ -211,6 +211,8 @@ private:
             m_complaints.append(isShort ? "given up too early" : "the viewer is told nothing");
         if (player().error())
             compare("stored", stored());
+        if (player().goesOnTrying() == isShort)
+            m_complaints.append("the viewer is not told that it may end by itself");
         heal();
         co_await until("it goes on", [&] { return goesOn(); });
         compare("shown after the fault", shown(), since + tickInterval);

@@ -83,6 +83,7 @@ Program::Program()
     delete &Films::shared();
     FilmMemory::shared().clear().waitForFinished();
     for (const QString &file : {StandardFolders::support() + "/history.json",
+                                StandardFolders::support() + "/downloads.json",
                                 StandardFolders::configuration() + "/preferences.json"}) {
         QFile::remove(file);
         QFile::remove(KeptFile::previousOf(file));

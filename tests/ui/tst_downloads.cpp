@@ -8,12 +8,21 @@
 #include <QAccessible>
 #include <QDir>
 
+#include <cstdlib>
+
 using namespace tavelo;
 
 namespace {
 
 constexpr int patience = 10'000; // milliseconds
 const QByteArray filmPath = "/download/big/film.mp4";
+
+constexpr int rowGap = 6; // pixels between two rows
+
+int rowHeight(const Program &program)
+{
+    return static_cast<int>(program.item("DownloadRow")->height());
+}
 
 QByteArray clip()
 {
@@ -36,9 +45,10 @@ DownloadTask task(Program &program)
     return program.state().downloads()->tasks().constFirst();
 }
 
-bool startDownload(Program &program, const QByteArray &path = filmPath)
+bool startDownload(Program &program, const QByteArray &path = filmPath,
+                   const DownloadOrigin &origin = {})
 {
-    return !program.state().downloads()->start("Big Film", Program::server().url(path), {});
+    return !program.state().downloads()->start("Big Film", Program::server().url(path), {}, origin);
 }
 
 /// Shows the section, empty at first, and then with a film of which a third is there.
@@ -48,6 +58,36 @@ bool showPartOfADownload(Program &program)
     return program.show("Downloads") && program.text("No active downloads.") &&
            startDownload(program) &&
            QTest::qWaitFor([&] { return task(program).progress() > 0.3; }, patience);
+}
+
+/// Shows the section with what is not there, latest first: C, B, A.
+bool showThree(Program &program)
+{
+    const auto start = [&](const QString &title) {
+        return !program.state().downloads()->start(title, Program::server().url("/no.mp4"), {});
+    };
+    return program.show("Downloads") && start("A") && start("B") && start("C") &&
+           QTest::qWaitFor([&] { return program.countControls("Retry") == 3; }, patience);
+}
+
+QStringList titles(Program &program)
+{
+    QStringList titles;
+    for (const DownloadTask &task : program.state().downloads()->tasks())
+        titles.append(task.title);
+    return titles;
+}
+
+/// Drags a row by what stands before its title, over so many others.
+void drag(Program &program, const QString &title, int rows)
+{
+    program.window()->grabWindow(); // each row gets its place
+    QPoint at = program.text(title)->mapToScene({-20, 0}).toPoint();
+    const QPoint end = at + QPoint(0, rows * (rowHeight(program) + rowGap));
+    QTest::mousePress(program.window(), Qt::LeftButton, {}, at);
+    while (at != end)
+        QTest::mouseMove(program.window(), at += QPoint(0, rows > 0 ? 1 : -1));
+    QTest::mouseRelease(program.window(), Qt::LeftButton, {}, at);
 }
 
 /// Presses a button of the only row: by the mouse, or as the `column`th by keys.
@@ -102,6 +142,8 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), clip());
         QTRY_COMPARE(program.state().downloads()->saved().size(), 1);
+        QVERIFY(press(program, "Show in Folder", byKeys, 1));
+        QTRY_COMPARE(program.handed(), QStringList("show " + task(program).dest));
         QVERIFY(press(program, "Play", byKeys, 0));
         QVERIFY(program.state().showPlayer());
         QTRY_COMPARE(program.state().playback()->nowPlaying()->title, "film");
@@ -117,6 +159,53 @@ private Q_SLOTS:
         QTRY_VERIFY(program.state().downloads()->tasks().isEmpty());
         QTRY_VERIFY(program.text("No active downloads."));
         QTRY_COMPARE(Program::server().openRequests(), 0);
+    }
+
+    void damagedDownloadIsTriedAgain_data() { Program::mouseAndKeys(); }
+    void damagedDownloadIsTriedAgain()
+    {
+        QFETCH(bool, byKeys);
+        Program program;
+        QByteArray damaged = clip();
+        damaged[damaged.size() / 2] ^= 1;
+        Program::server().serve(filmPath, {.body = damaged, .etag = "\"1\""});
+        const Checksum whole{QCryptographicHash::Md5,
+                             QCryptographicHash::hash(clip(), QCryptographicHash::Md5)};
+        QVERIFY(program.show("Downloads") && startDownload(program, filmPath, {"big", whole}));
+        QTRY_VERIFY_WITH_TIMEOUT(program.text("Failed: Damaged on the way"), patience);
+        QVERIFY(!program.control("Pause") && !program.control("Play"));
+        QVERIFY(!QFile::exists(task(program).dest));
+        Program::server().at(filmPath).body = clip();
+        QVERIFY(press(program, "Retry", byKeys, 0));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            program.text("Saved to " + StandardFolders::movies() + " · Checked"), patience);
+        QTest::mouseMove(program.window(), Program::middleOf(program.text(task(program).status())));
+        QTRY_VERIFY(program.text(task(program).tip()));
+    }
+
+    void orderIsChanged_data() { Program::mouseAndKeys(); }
+    void orderIsChanged()
+    {
+        QFETCH(bool, byKeys);
+        Program program;
+        QVERIFY(showThree(program));
+        const auto move = [&](const QString &title, int rows) {
+            if (!byKeys)
+                return drag(program, title, rows);
+            for (int row = 0; row < std::abs(rows); ++row)
+                program.key(rows > 0 ? Qt::Key_Down : Qt::Key_Up, Qt::AltModifier);
+        };
+        program.keys({Qt::Key_Down, Qt::Key_Up, Qt::Key_Up}); // into the list, to its first row
+        move("C", 1);
+        QCOMPARE(titles(program), QStringList({"B", "C", "A"}));
+        move("C", 1);
+        QCOMPARE(titles(program), QStringList({"B", "A", "C"}));
+        move("C", 1); // there is no further
+        QCOMPARE(titles(program), QStringList({"B", "A", "C"}));
+        move("C", -2);
+        QCOMPARE(titles(program), QStringList({"C", "B", "A"}));
+        program.key(Qt::Key_Delete); // still at the row that moved
+        QCOMPARE(titles(program), QStringList({"B", "A"}));
     }
 
     void finishedAndFailedDownloads()

@@ -26,6 +26,15 @@ private:
         return QTest::qWaitFor([&] { return !program.player().isPlaying(); }, patience);
     }
 
+    /// Of film2, which nothing is known of before.
+    static HttpService::Answer &serveNewFilm(const QByteArray &name)
+    {
+        Program::serveFiles("film2", {name});
+        const QByteArray path = "/download/film2/" + name;
+        Program::server().serve(path, Program::server().at("/download/film0/reel.mp4"));
+        return Program::server().at(path);
+    }
+
     static QRectF placeOf(const QQuickItem *item)
     {
         return item->mapRectToScene(item->boundingRect());
@@ -175,9 +184,10 @@ private Q_SLOTS:
     void spinnerWaits()
     {
         Program program;
-        Program::server().at("/download/film0/reel.mp4").delay = std::chrono::milliseconds(1500);
+        HttpService::Answer &film = serveNewFilm("late.mp4");
+        film.delay = std::chrono::milliseconds(5000);
         QVERIFY(program.show());
-        QVERIFY(program.click("Film 0"));
+        QVERIFY(program.click("Film 2"));
         QVERIFY(program.click("Play"));
         VideoPlayerManager &player = program.player();
         QTRY_VERIFY(player.isBuffering());
@@ -186,8 +196,17 @@ private Q_SLOTS:
         QVERIFY(!program.item("Spinner"));
         QTRY_VERIFY(program.item("Spinner"));
         QVERIFY2(waiting.elapsed() >= 200, qPrintable(QString::number(waiting.elapsed())));
+        const QString trouble = u"Reconnecting…"_qs;
+        const QRectF place = placeOf(program.item("Spinner"));
+        QTRY_VERIFY_WITH_TIMEOUT(program.text(trouble), patience);
+        film.delay = {};
+        QCOMPARE(placeOf(program.item("Spinner")), place);
+        QVERIFY(placeOf(program.item("WaitPanel")).contains(placeOf(program.text(trouble))));
+        QVERIFY(program.click("Back"));
+        QTRY_VERIFY(!program.item("Spinner") && program.text(trouble));
+        QVERIFY(program.click("Expand"));
         QTRY_VERIFY_WITH_TIMEOUT(!player.isBuffering(), patience);
-        QVERIFY(!program.item("Spinner"));
+        QVERIFY(!program.item("Spinner") && !program.text(trouble));
     }
 
     void controlsRest()
@@ -306,17 +325,18 @@ private Q_SLOTS:
     void playbackError()
     {
         Program program;
-        const HttpService::Answer film = Program::server().at("/download/film0/reel.mp4");
-        Program::server().serve("/download/film0/reel.mp4", {.status = 404});
+        HttpService::Answer &film = serveNewFilm("gone.mp4");
+        film.status = 404;
         QVERIFY(program.show());
-        QVERIFY(program.click("Film 0"));
+        QVERIFY(program.click("Film 2"));
         QVERIFY(program.click("Play"));
         QTRY_VERIFY_WITH_TIMEOUT(program.text("Playback error"), 30'000);
         QVERIFY(program.text(program.player().errorText()));
+        QVERIFY(!program.text("Tavelo goes on trying.")); // as it would when the server is silent
         QSignalSpy clicks(program.item("PlayerPointer"), SIGNAL(toggled()));
         program.clickAt(placeOf(program.item("ErrorPanel")).topLeft().toPoint() + QPoint(20, 20));
         QVERIFY(!clicks.wait(secondClick));
-        Program::server().serve("/download/film0/reel.mp4", film);
+        film.status = 200;
         QVERIFY(program.click("Retry"));
         QTRY_VERIFY_WITH_TIMEOUT(program.player().duration() > 0, patience);
         QVERIFY(!program.text("Playback error"));

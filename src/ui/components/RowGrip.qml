@@ -72,10 +72,6 @@ MouseArea {
             dropped(target);
     }
 
-    Binding {
-        grip.row.z: 1
-        when: grip.dragging
-    }
     Timer {
         readonly property int edge: 40
         readonly property int step: 8
@@ -101,7 +97,7 @@ MouseArea {
         x: Theme.inset
         y: !neighbour ? 0
            : neighbour.y + (grip.target < grip.place ? -4 : neighbour.height + 2)
-        z: 2
+        z: 3
     }
     Icon {
         anchors.centerIn: parent

@@ -20,6 +20,7 @@ ListRow {
     implicitHeight: texts.height + 28
     movable: ListView.view?.count > 1
     remover: controls.remover
+    z: grip.dragging ? 2 : 1
 
     Accessible.description: [record.status, record.tip, movable ? grip.hint : ""]
                             .filter(part => part).join("\n")
