@@ -26,8 +26,10 @@ Tour::Tour(DemoApplication *demo, const QDir &folder, const QSize &size)
 
 bool Tour::expect(bool came, const char *what) const
 {
-    if (!came)
+    if (!came) {
         std::fprintf(stderr, "Not seen: %s\n", what);
+        m_ui.picture().save(m_folder.filePath(QStringLiteral("not-seen.png")));
+    }
     return came;
 }
 

@@ -156,8 +156,8 @@ private Q_SLOTS:
         item.title = "A Film";
         PlaybackCoordinator playback(*m_library, noEngine);
         const QDateTime before = QDateTime::currentDateTimeUtc();
-        playback.play({"dir/a film.mp4", {}, {}, "http://127.0.0.1:1/"}, item,
-                      {{"a.srt", {}, {}, "http://127.0.0.1:1/"}});
+        playback.play({"dir/a film.mp4", {}, {}, {}, "http://127.0.0.1:1/"}, item,
+                      {{"a.srt", {}, {}, {}, "http://127.0.0.1:1/"}});
         const HistoryEntry entry = m_library->history().at(0);
         QCOMPARE(entry.key, "abc|dir/a film.mp4");
         QCOMPARE(entry.itemID, "abc");
