@@ -271,6 +271,7 @@ bool Tour::silentServer()
     m_ui.click(QStringLiteral("Back"));
     shoot("browsing-while-reconnecting");
     m_ui.click(QStringLiteral("Expand"));
+    m_ui.move({300, 300});
     services.setFaults({.below = "/download/", .status = 429, .retryAfter = 20});
     const auto asksToWait = [&] { return player->trouble().contains(QStringLiteral("20 s")); };
     if (!expect(QTest::qWaitFor(asksToWait, 20'000), "the server's wish"))

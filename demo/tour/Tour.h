@@ -45,6 +45,7 @@ private:
     bool downloadsThatEnded();
     bool downloadsUnderway();
     bool downloadsMoved();
+    bool downloadHeldUp();
     /// Waits until it is known how long it takes, or that it does not go on.
     bool startDownload(const QString &title, const QString &id, const Checksum &checksum = {});
 

@@ -62,7 +62,7 @@ bool Tour::startDownload(const QString &title, const QString &id, const Checksum
 
 bool Tour::downloads()
 {
-    return downloadsThatEnded() && downloadsUnderway() && downloadsMoved();
+    return downloadsThatEnded() && downloadsUnderway() && downloadsMoved() && downloadHeldUp();
 }
 
 bool Tour::downloadsThatEnded()
@@ -98,10 +98,6 @@ bool Tour::downloadsThatEnded()
 bool Tour::downloadsUnderway()
 {
     DemoServer &services = m_demo->services();
-    services.setFaults({.below = "/download/", .status = 429, .retryAfter = 20});
-    if (!startDownload(QStringLiteral("Harbour at Low Tide"),
-                       QStringLiteral("harbour_at_low_tide")))
-        return false;
     services.setFaults({.below = "/download/", .bytesPerSecond = 24'000});
     const QString lanterns = QStringLiteral("The Lantern Makers");
     if (!startDownload(lanterns, QStringLiteral("the_lantern_makers")) ||
@@ -143,9 +139,24 @@ bool Tour::downloadsMoved()
     m_ui.key(Qt::Key_End);
     m_ui.move({4, 4});
     shoot("downloads-bottom");
+    const QList<DownloadTask> tasks = downloads->tasks();
+    for (const DownloadTask &task : tasks) {
+        if (task.isUnderway())
+            downloads->cancel(task.id);
+    }
+    return true;
+}
+
+bool Tour::downloadHeldUp()
+{
+    m_demo->services().setFaults({.below = "/download/", .status = 429, .retryAfter = 20});
+    if (!startDownload(QStringLiteral("Harbour at Low Tide"),
+                       QStringLiteral("harbour_at_low_tide")))
+        return false;
+    shoot("downloads-asked-to-wait");
     m_demo->services().setFaults({});
-    for (const DownloadTask &task : downloads->tasks())
-        downloads->cancel(task.id);
+    m_ui.click(QStringLiteral("Cancel / remove Harbour at Low Tide"));
+    m_demo->application().state().downloads()->clearFinished();
     return true;
 }
 

@@ -171,7 +171,7 @@ private Q_SLOTS:
         item.id = "abc";
         item.title = "A Film";
         m_state->selectItem(item);
-        const ArchiveFile file{"dir/film.mp4", {}, {}, "http://127.0.0.1:1/"};
+        const ArchiveFile file{"dir/film.mp4", {}, {}, {}, "http://127.0.0.1:1/"};
         m_state->play(file, item, {});
         QVERIFY(!m_state->selectedItem());
         QVERIFY(m_state->showPlayer());

@@ -55,7 +55,7 @@ Rectangle {
         Label {
             id: hope
 
-            color: Theme.tertiary
+            color: Theme.secondary
             font.pixelSize: Theme.caption
             horizontalAlignment: Text.AlignHCenter
             text: qsTr("Tavelo goes on trying.")
