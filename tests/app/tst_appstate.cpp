@@ -231,7 +231,8 @@ private Q_SLOTS:
         m_server.serve("/film.mp4", {.body = "a film"});
         const QString root = m_server.base() + "/";
         m_state->selectItem(itemWith({}));
-        m_state->download({"film.mp4", {}, std::numeric_limits<qint64>::max(), root}, itemWith({}));
+        m_state->download({"film.mp4", {}, std::numeric_limits<qint64>::max(), {}, root},
+                          itemWith({}));
         QVERIFY(m_state->notice()->startsWith("Not enough free disk space for "));
         QVERIFY(m_state->selectedItem());
         QCOMPARE(m_state->section(), SidebarSection::Home);
