@@ -236,7 +236,7 @@ private Q_SLOTS:
         QVERIFY(m_state->notice()->startsWith("Not enough free disk space for "));
         QVERIFY(m_state->selectedItem());
         QCOMPARE(m_state->section(), SidebarSection::Home);
-        m_state->download({"film.mp4", {}, 6, root}, itemWith({}));
+        m_state->download({"film.mp4", {}, 6, {}, root}, itemWith({}));
         QVERIFY(!m_state->selectedItem());
         QCOMPARE(m_state->section(), SidebarSection::Downloads);
         QTRY_COMPARE(m_state->downloads()->saved().size(), 1);
