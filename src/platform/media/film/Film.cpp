@@ -208,11 +208,30 @@ ByteSpan Film::missingIn(const Want &want) const
     if (m_state->heldUpTo(block, place) < place)
         place = block; // a block is filled from its start on
     qint64 end = place - place % SliceCache::blockBytes + SliceCache::blockBytes;
-    const qint64 last = std::min(want.span.end, place + want.most);
+    const qint64 most = want.isShared ? shareOf(want) : want.most;
+    const qint64 last = std::min(want.span.end, place + most);
     qint64 upTo = 0;
     while (end < last && m_state->heldUpTo(end, end + 1) == end && !isOnItsWay(end, upTo))
         end += SliceCache::blockBytes;
     return {place, std::min(end, m_state->size().value_or(end))};
+}
+
+/// What one connection brings, if all of them are through at the same time with this and with what
+/// they are at.
+qint64 Film::shareOf(const Want &want) const
+{
+    qint64 bytes = 0;
+    qint64 upTo = 0;
+    for (qint64 place = want.span.first; place < want.span.end; place += SliceCache::blockBytes) {
+        if (m_state->heldUpTo(place, place + 1) == place && !isOnItsWay(place, upTo))
+            bytes += SliceCache::blockBytes;
+    }
+    for (const auto &slice : m_slices)
+        bytes += slice->rest().size();
+    const qint64 share = bytes / HostBudget::mostForFilms + SliceCache::blockBytes;
+    return std::min(std::clamp(share - share % SliceCache::blockBytes, FilmWants::leastSlice,
+                               FilmWants::mostSlice),
+                    want.most);
 }
 
 /// Lets go of a request that brings nothing, and is not for the byte at `place`: a connection that

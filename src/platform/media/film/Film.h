@@ -84,6 +84,7 @@ private:
     int mostSlices() const;
     std::optional<ByteSpan> nextSpan() const;
     ByteSpan missingIn(const Want &want) const;
+    qint64 shareOf(const Want &want) const;
     bool isLeftOut(qint64 place) const;
     bool isOnItsWay(qint64 place, qint64 &upTo) const;
     bool makeRoom(qint64 place);

@@ -12,8 +12,8 @@ namespace tavelo {
 
 namespace {
 
-constexpr qint64 speedToBeginWith = 1'000'000; // bytes a second of one connection
-constexpr int connections = 3;
+constexpr qint64 speedToBeginWith = 1'000'000;   // bytes a second of one connection
+constexpr qint64 nextTo = 64LL * 1024;           // bytes between what is as good as one piece
 constexpr qint64 farAhead = 8LL * 1024 * 1024;   // bytes: further than what is kept or prepared
 constexpr double pictureLength = 0.6;            // seconds that a start or a seek needs
 constexpr qint64 mostIndex = 32LL * 1024 * 1024; // bytes
@@ -55,9 +55,9 @@ void FilmWants::update(const std::vector<Reading> &readings, std::optional<qint6
             want({reading.place, reading.place + m_slice}, m_slice);
     }
     if (!m_state.isOpened()) {
-        want({0, firstSlice}, firstSlice);
-        // Opens the other connections: what comes next is the index, mostly.
-        return want({firstSlice, 2 * firstSlice}, firstSlice / 2);
+        // Little, for the first bytes tell what is to be asked for in one go; the rest opens the
+        // other connections.
+        return want({0, 3 * leastSlice}, leastSlice);
     }
     findIndex();
     wantIndex(std::ranges::any_of(readings, [](const Reading &r) { return r.expected < 1; }) ||
@@ -92,18 +92,18 @@ void FilmWants::wantIndex(bool fromTheStart)
         ByteSpan span = *m_index;
         const qint64 media = mediaStart().value_or(-1);
         // The first picture comes with the index where it lies right behind it.
-        const bool isNext = media >= span.end && media < span.end + firstSlice;
+        const bool isNext = media >= span.end && media < span.end + nextTo;
         if (fromTheStart && isNext)
             span.end = media + firstMedia;
-        want(span, share(span));
+        wantAll(span);
         if (fromTheStart && media >= 0 && !isNext)
             want({media, media + firstMedia}, firstMedia);
     } else if (!m_index && m_missing) {
         // An index at the end is what is left of the film.
         const qint64 rest = m_state.size().value_or(0) - m_missing->first;
         const ByteSpan span{m_missing->first,
-                            m_missing->first + (rest <= mostTail ? rest : firstSlice)};
-        want(span, share(span));
+                            m_missing->first + (rest <= mostTail ? rest : leastSlice)};
+        wantAll(span);
     }
 }
 
@@ -113,7 +113,7 @@ void FilmWants::wantPicture(const Reading &reading)
         return;
     const ByteSpan picture = pictureAt(reading.expected);
     if (reading.expectation > m_shown && !holds(picture))
-        want(picture, share(picture));
+        wantAll(picture);
     else
         m_shown = std::max(m_shown, reading.expectation);
     // What comes next is asked for before anybody has read that far.
@@ -146,7 +146,7 @@ void FilmWants::wantPrepared()
         media = pictureAt(m_startAt);
         media.end = std::min(media.end, media.first + mostPreparedPicture);
     }
-    want(media, share(media));
+    wantAll(media);
     if (!m_state.isConfirmed()) // a connection is wanted in any case
         want({media.end, media.end + farAhead}, leastSlice);
 }
@@ -173,12 +173,12 @@ void FilmWants::want(ByteSpan span, qint64 most)
         m_list.push_back({span, most});
 }
 
-/// What is waited for is shared out evenly, so that all connections are through at the same time.
-qint64 FilmWants::share(const ByteSpan &span) const
+void FilmWants::wantAll(const ByteSpan &span)
 {
-    const qint64 rest = span.end - m_state.heldUpTo(span.first, span.end);
-    const qint64 part = rest / connections + SliceCache::blockBytes;
-    return std::clamp(part - part % SliceCache::blockBytes, leastSlice, mostSlice);
+    const auto before = m_list.size();
+    want(span, mostSlice);
+    if (m_list.size() > before)
+        m_list.back().isShared = true;
 }
 
 } // namespace tavelo

@@ -15,6 +15,9 @@ struct Want
 {
     ByteSpan span;
     qint64 most = 0;
+    /// All of it is waited for: it is shared out so that all connections are through with it at the
+    /// same time.
+    bool isShared = false;
 };
 
 /// What is wanted of a film next, and in which order. Knows nothing of requests.
@@ -22,7 +25,6 @@ class FilmWants
 {
 public:
     static constexpr qint64 leastSlice = 64LL * 1024;
-    static constexpr qint64 firstSlice = 256LL * 1024;
     static constexpr qint64 mostSlice = 2048LL * 1024;
 
     /// Somebody who reads.
@@ -66,7 +68,7 @@ private:
     std::optional<qint64> mediaStart() const;
     bool holds(const ByteSpan &span) const;
     void want(ByteSpan span, qint64 most);
-    qint64 share(const ByteSpan &span) const;
+    void wantAll(const ByteSpan &span);
 
     const FilmState &m_state;
     std::optional<ByteSpan> m_index;
