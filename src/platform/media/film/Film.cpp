@@ -93,6 +93,19 @@ void Film::stopPreparing()
     });
 }
 
+void Film::retire()
+{
+    const auto end = [this] {
+        m_isRetired = true;
+        rest();
+        m_state->fail(tr("The film was closed."));
+    };
+    if (thread() && thread()->isRunning())
+        QMetaObject::invokeMethod(this, end, Qt::BlockingQueuedConnection);
+    else
+        end();
+}
+
 void Film::demand()
 {
     if (!m_isToLook.exchange(true))
@@ -114,6 +127,8 @@ std::vector<FilmWants::Reading> Film::readings() const
 void Film::look()
 {
     m_isToLook = false;
+    if (m_isRetired)
+        return;
     const auto reading = readings();
     if (reading.empty() && !m_wants.isPreparing())
         return rest();
@@ -305,7 +320,7 @@ void Film::send(const std::shared_ptr<Slice> &slice)
                          .urgency = isRead ? FetchUrgency::Film : FetchUrgency::Probe,
                          .silenceLimit = silenceLimit};
     slice->counts = counts;
-    slice->asked = request.url;
+    slice->turn = m_nodes.turn();
     m_slices.push_back(slice);
     slice->id = m_fetch.start(std::move(request),
                               std::make_shared<SliceReceiver>(shared_from_this(), slice));

@@ -48,13 +48,16 @@ public:
     /// Fetches ahead what a start at `startAt` (seconds) needs, `mostBytes` at most.
     void prepare(double startAt, qint64 mostBytes);
     void stopPreparing();
+    /// Ends it for all who read it, and blocks until nothing more is asked for.
+    void retire();
     /// Something is wanted that may not be on its way.
     void demand();
     void keep(double seconds) { m_keeper(*this, seconds); }
 
     // The receivers' side.
-    /// There the film is, or so the service says.
     void answered(const QUrl &source);
+    /// The service says that the film is there.
+    void led(const QUrl &to, int turn);
     /// Once: one answer that is the whole film is enough.
     bool takesWhole() { return !m_hasWhole.exchange(true); }
     /// Of a server without ranges: up to where somebody wants it.
@@ -121,6 +124,7 @@ private:
     QTimer m_ticker;
     bool m_countsView = false; // the next request is the one that counts as a view
     bool m_isShort = false;
+    bool m_isRetired = false;
     bool m_isRecalled = false; // something that is held is of an earlier time
     int m_failures = 0;        // since the last byte
     Clock::time_point m_retryAt{};

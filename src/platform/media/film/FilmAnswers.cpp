@@ -40,6 +40,14 @@ void Film::answered(const QUrl &source)
     });
 }
 
+void Film::led(const QUrl &to, int turn)
+{
+    post([this, to, turn] {
+        m_nodes.led(to, turn);
+        look();
+    });
+}
+
 void Film::ended(const std::shared_ptr<Slice> &slice, const FetchEnd &end,
                  std::optional<FilmState::Verdict> verdict)
 {
@@ -61,7 +69,7 @@ void Film::sliceEnded(const Slice &slice, const FetchEnd &end,
         m_failures = 0;
     if (verdict == FilmState::Verdict::Changed)
         return contradicted();
-    if (verdict == FilmState::Verdict::WrongPart && !m_nodes.refused(slice.asked))
+    if (verdict == FilmState::Verdict::WrongPart && !m_nodes.refused(slice))
         return m_state->fail(tr("The server sent the wrong part of the film."));
     const int status = end.head ? end.head->status : 0;
     if (verdict == FilmState::Verdict::WrongPart) {
@@ -88,7 +96,7 @@ void Film::refused(const Slice &slice, int status)
     constexpr int rangeNotSatisfiable = 416;
     if (status == rangeNotSatisfiable)
         return outOfRange(slice);
-    if (!m_nodes.refused(slice.asked))
+    if (!m_nodes.refused(slice))
         m_state->fail(QStringLiteral("HTTP %1").arg(status));
 }
 
@@ -105,7 +113,7 @@ void Film::outOfRange(const Slice &slice)
 
 void Film::broken(const Slice &slice, const FetchEnd &end)
 {
-    m_nodes.failed(slice.asked);
+    m_nodes.failed(slice);
     m_countsView = m_countsView || (slice.counts && !end.head);
     const auto now = Clock::now();
     if (now < m_retryAt)

@@ -53,33 +53,37 @@ QUrl FilmNodes::url(Address address, bool counted) const
     return counted ? m_item : uncounted(m_item);
 }
 
-/// Several requests end where the first of them has led away from already.
-bool FilmNodes::isPast(const QUrl &asked) const
+void FilmNodes::led(const QUrl &to, int turn)
 {
-    const Address address = current();
-    return asked != url(address, false) && asked != url(address, true);
+    if (turn == m_turn)
+        m_node = to;
 }
 
-void FilmNodes::failed(const QUrl &asked)
+/// Several requests end where the first of them has led away from already: then it is true.
+bool FilmNodes::forgetNode(const Slice &slice)
 {
-    if (isPast(asked))
+    if (slice.turn != m_turn)
+        return true;
+    m_node.clear();
+    return slice.address == Address::Node;
+}
+
+void FilmNodes::failed(const Slice &slice)
+{
+    if (forgetNode(slice) || m_alternatives.isEmpty())
         return;
-    if (!m_node.isEmpty())
-        return m_node.clear();
     m_alternative = m_alternative + 1 < m_alternatives.size() ? m_alternative + 1 : -1;
+    ++m_turn;
 }
 
-bool FilmNodes::refused(const QUrl &asked)
+bool FilmNodes::refused(const Slice &slice)
 {
-    if (isPast(asked))
+    if (forgetNode(slice))
         return true;
-    if (!m_node.isEmpty()) {
-        m_node.clear();
-        return true;
-    }
     if (m_alternative + 1 >= m_alternatives.size())
         return false;
     ++m_alternative;
+    ++m_turn;
     return true;
 }
 

@@ -26,19 +26,26 @@ public:
     /// `counted`: as the request of a viewer, which counts as a view of the item.
     QUrl url(Address address, bool counted) const;
 
+    /// Grows when the film is asked for at another place because it was not to be had at the last.
+    int turn() const { return m_turn; }
+
+    /// An answer came from there.
     void found(const QUrl &source) { m_node = source; }
-    /// The film cannot be had at `asked` at the moment.
-    void failed(const QUrl &asked);
-    /// It is not there. False when there is no other place left to ask.
-    bool refused(const QUrl &asked);
+    /// The service leads there, it says to a request of that turn.
+    void led(const QUrl &to, int turn);
+    /// A request failed that would not have failed elsewhere, maybe.
+    void failed(const Slice &slice);
+    /// The film is not where it asked. False when there is no other place left to ask.
+    bool refused(const Slice &slice);
 
 private:
-    bool isPast(const QUrl &asked) const;
+    bool forgetNode(const Slice &slice);
 
     const QUrl m_item;
     QUrl m_node;
     QList<QUrl> m_alternatives;
     qsizetype m_alternative = -1; // the one that is asked; -1: the item's own address is
+    int m_turn = 0;
 };
 
 } // namespace tavelo

@@ -35,7 +35,11 @@ Films::Films(Fetch &fetch, QObject *parent)
     , m_fetch(fetch)
 {}
 
-Films::~Films() = default;
+Films::~Films()
+{
+    for (const Entry &entry : m_films)
+        entry.film->retire();
+}
 
 Films::Entry &Films::entryOf(const QUrl &url)
 {

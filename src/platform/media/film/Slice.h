@@ -37,7 +37,7 @@ struct Slice
     const ByteSpan span;
     const Address address;
     const Clock::time_point started = Clock::now();
-    QUrl asked = {};
+    int turn = 0; // of the places that the film is asked for at
     FetchId id = {};
     bool counts = false;   // as a view of the item
     bool isSecond = false; // beside another one that asks for the same

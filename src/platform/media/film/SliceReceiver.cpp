@@ -15,7 +15,7 @@ SliceReceiver::SliceReceiver(std::shared_ptr<Film> film, std::shared_ptr<Slice> 
 
 void SliceReceiver::redirected(const QUrl &to)
 {
-    m_film->answered(to);
+    m_film->led(to, m_slice->turn);
 }
 
 bool SliceReceiver::headArrived(const FetchHead &head)
