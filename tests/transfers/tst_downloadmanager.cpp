@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: the Tavelo authors
 // SPDX-License-Identifier: MIT
+#include "loopback/HttpService.h"
 #include "platform/files/FolderWalk.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/http/CurlFetch.h"
-#include "testlib/FaultServer.h"
 #include "testlib/Table.h"
 #include "transfers/DownloadManager.h"
 #include "transfers/DownloadName.h"
@@ -47,7 +47,7 @@ class TestDownloadManager : public QObject
 
 private:
     QTemporaryDir m_folder;
-    FaultServer m_server;
+    HttpService m_server;
     CurlFetch m_fetch;
     std::unique_ptr<SettingsStore> m_settings;
     DownloadOptions m_options;
