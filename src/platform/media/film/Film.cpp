@@ -11,7 +11,8 @@
 #include <limits>
 #include <utility>
 
-// What is asked for, and when. What becomes of it is in FilmAnswers.cpp.
+// What is asked for, and when. What becomes of it is in FilmAnswers.cpp, and what is done when it
+// does not get on in FilmRescue.cpp.
 
 namespace tavelo {
 
@@ -20,13 +21,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto tickInterval = 250ms;
-constexpr auto silenceLimit = 20s;      // then a request is given up
-constexpr auto silenceUntilSecond = 2s; // until the same is asked for on another connection
-constexpr auto silenceUntilItem = 4s;   // and of the item's own address
-constexpr auto slownessUntilSecond = 4s;
+constexpr auto silenceLimit = 20s; // then a request is given up
 constexpr auto waitThatIsHunger = 300ms;
 constexpr auto hungerLasts = 10s;
-constexpr qint64 mostSecondsShare = 8; // one second request in so many
 constexpr qint64 wholeAhead = 8LL * 1024 * 1024;
 
 } // namespace
@@ -34,7 +31,10 @@ constexpr qint64 wholeAhead = 8LL * 1024 * 1024;
 std::shared_ptr<Film> Film::create(const QUrl &url, Fetch &fetch, FilmState *state, Keeper keeper)
 {
     auto *film = new Film(url, fetch, state, std::move(keeper));
-    film->moveToThread(&NetworkThread::shared());
+    NetworkThread &thread = NetworkThread::shared();
+    film->moveToThread(&thread);
+    // In that thread: a timer may be stopped nowhere else.
+    connect(&thread, &QThread::finished, &film->m_ticker, &QTimer::stop);
     return {film, [](Film *last) {
                 // Its thread may have ended with the application.
                 if (last->thread() && last->thread()->isRunning())
@@ -249,21 +249,6 @@ qint64 Film::shareOf(const Want &want) const
                     want.most);
 }
 
-/// Lets go of a request that brings nothing, and is not for the byte at `place`: a connection that
-/// is silent cannot be kept. False when there is none.
-bool Film::makeRoom(qint64 place)
-{
-    const auto silence = [place](const auto &slice) {
-        return slice->rest().contains(place) ? Clock::duration(0) : slice->silentFor();
-    };
-    const auto silent = std::ranges::max_element(m_slices, {}, silence);
-    if (silent == m_slices.end() || silence(*silent) < silenceUntilSecond)
-        return false;
-    letGo(**silent);
-    m_slices.erase(silent);
-    return true;
-}
-
 /// Whether the byte at `place`, of which nothing is held, is not on its way either.
 bool Film::isLeftOut(qint64 place) const
 {
@@ -290,24 +275,6 @@ void Film::start(const ByteSpan &span)
     ++m_started;
     m_wants.asked(span.size());
     send(slice);
-}
-
-/// Whoever may answer from another node begins within what is held: that two nodes' files are one
-/// film, bytes of both tell.
-ByteSpan Film::withOverlap(const ByteSpan &span, Slice::Address address) const
-{
-    if (address == Slice::Address::Node || span.first == 0)
-        return span;
-    const qint64 before = span.first - 1;
-    return {before - before % SliceCache::blockBytes, span.end};
-}
-
-void Film::startSecond(Slice &first, Slice::Address address)
-{
-    const auto second = std::make_shared<Slice>(withOverlap(first.rest(), address), address);
-    second->isSecond = true;
-    first.hasSecond = true;
-    send(second);
 }
 
 void Film::send(const std::shared_ptr<Slice> &slice)
@@ -342,35 +309,6 @@ void Film::tick()
             helpOut(*slice);
     }
     look();
-}
-
-/// A slice that does not get on is asked for once more beside it; the first to bring it wins.
-void Film::helpOut(Slice &slice)
-{
-    if (slice.isSecond || slice.isWhole)
-        return;
-    const auto now = Clock::now();
-    const auto silent = slice.silentFor();
-    if (silent >= silenceUntilItem && !slice.askedItem) {
-        const bool isUrgent =
-            !m_wants.list().empty() && slice.rest().contains(m_wants.list().front().span.first);
-        const bool hasRoom = static_cast<int>(m_slices.size()) < HostBudget::mostForFilms;
-        if (!hasRoom && !(isUrgent && makeRoom(slice.next)))
-            return;
-        slice.askedItem = true;
-        return startSecond(slice, Slice::Address::Item);
-    }
-    const auto began = slice.firstByte.load();
-    const bool isSlow =
-        began != Clock::time_point() && now - began >= slownessUntilSecond &&
-        slice.bytesSoFar() * 3 <
-            m_speed.median().value_or(0) *
-                std::chrono::duration_cast<std::chrono::seconds>(now - began).count();
-    if ((silent >= silenceUntilSecond || isSlow) && !slice.hasSecond && m_state->isConfirmed() &&
-        m_seconds * mostSecondsShare <= m_started) {
-        ++m_seconds;
-        startSecond(slice, m_nodes.current());
-    }
 }
 
 /// A server without ranges sends all that lies before what is wanted; a way back begins anew.
