@@ -8,8 +8,9 @@ namespace tavelo {
 
 namespace {
 
-constexpr int patience = 20'000; // milliseconds
-constexpr int tooltip = 700;     // milliseconds until one shows
+constexpr int patience = 20'000;   // milliseconds
+constexpr int tooltip = 700;       // milliseconds until one shows
+constexpr int someProgress = 3000; // milliseconds
 
 QString filmPath(const QString &id)
 {
@@ -98,21 +99,28 @@ bool Tour::downloadsThatEnded()
 bool Tour::downloadsUnderway()
 {
     DemoServer &services = m_demo->services();
-    services.setFaults({.below = "/download/", .bytesPerSecond = 24'000});
+    services.setFaults({.below = "/download/", .bytesPerSecond = 240'000});
     const QString lanterns = QStringLiteral("The Lantern Makers");
     if (!startDownload(lanterns, QStringLiteral("the_lantern_makers")) ||
         !expect(m_ui.click(QStringLiteral("Pause ") + lanterns), "a download's pause"))
         return false;
-    for (const auto &[title, id] :
-         {std::pair{"The Carpet Hour", "the_carpet_hour"},
-          std::pair{"Test Card Waltz", "test_card_waltz"},
-          std::pair{"Colony Seven Does Not Answer", "colony_seven"},
-          std::pair{"Northern Lights", "northern_lights_1931"},
-          std::pair{"The Weaver and the Loom", "the_weaver_and_the_loom"},
-          std::pair{"Down the Seahorse Valley", "down_the_seahorse_valley"}}) {
-        if (!startDownload(QString::fromLatin1(title), QString::fromLatin1(id)))
+    struct Slow
+    {
+        const char *title;
+        const char *id;
+        qint64 speed; // bytes a second
+    };
+    for (const Slow &film : {Slow{"The Carpet Hour", "the_carpet_hour", 20'000},
+                             Slow{"Test Card Waltz", "test_card_waltz", 90'000},
+                             Slow{"Colony Seven Does Not Answer", "colony_seven", 180'000},
+                             Slow{"Northern Lights", "northern_lights_1931", 320'000},
+                             Slow{"The Weaver and the Loom", "the_weaver_and_the_loom", 1},
+                             Slow{"Down the Seahorse Valley", "down_the_seahorse_valley", 1}}) {
+        services.setFaults({.below = "/download/", .bytesPerSecond = film.speed});
+        if (!startDownload(QString::fromLatin1(film.title), QString::fromLatin1(film.id)))
             return false;
     }
+    QTest::qWait(someProgress);
     m_ui.move({4, 4});
     shoot("downloads");
     m_ui.hover(QStringLiteral("Cancel / remove Northern Lights"));

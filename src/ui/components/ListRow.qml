@@ -12,6 +12,7 @@ Item {
     property int column: 0 // the page's
     property bool bare: false // without a panel
     property bool movable: false // to another place of the list
+    property bool lifted: false // on its way there, over the others
     default property alias content: panel.data
 
     readonly property Item ringed: ListView.isCurrentItem && ListView.view.activeFocus
@@ -30,7 +31,8 @@ Item {
         anchors.fill: parent
         anchors.leftMargin: Theme.inset
         anchors.rightMargin: Theme.inset
-        color: row.bare ? "transparent" : Theme.panel
+        border.color: row.lifted ? Theme.hairline : "transparent"
+        color: row.bare ? "transparent" : row.lifted ? Theme.popup : Theme.panel
         radius: Theme.radius
     }
 }

@@ -18,9 +18,10 @@ ListRow {
 
     buttons: controls.shown
     implicitHeight: texts.height + 28
+    lifted: grip.dragging
     movable: ListView.view?.count > 1
     remover: controls.remover
-    z: grip.dragging ? 2 : 1
+    z: lifted ? 2 : 1
 
     Accessible.description: [record.status, record.tip, movable ? grip.hint : ""]
                             .filter(part => part).join("\n")
