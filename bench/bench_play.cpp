@@ -66,6 +66,7 @@ int main(int argc, char **argv)
     const ArchiveFile file{QStringLiteral("dusk_over_kestrel_ridge.mp4"),
                            {},
                            {},
+                           {},
                            demo.services().baseUrl() +
                                QStringLiteral("/download/dusk_over_kestrel_ridge/")};
     demo.services().setFaults({.below = "/download/", .latency = latency});

@@ -97,7 +97,7 @@ private:
                  const QString name = item().id + QLatin1String(".mp4");
                  const QString root = ServiceHosts::current().archive +
                                       QLatin1String("/download/") + item().id + QLatin1Char('/');
-                 m_state.play({name, {}, {}, root}, item(), {});
+                 m_state.play({name, {}, {}, {}, root}, item(), {});
              },
              [this] { return player().duration() > 0 && player().currentTime() > 1; }, 4'000});
         m_steps.append({QStringLiteral("seek"), [this] { player().seek(60); },
