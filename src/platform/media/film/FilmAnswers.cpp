@@ -120,8 +120,9 @@ void Film::broken(const Slice &slice, const FetchEnd &end)
         return; // several that broke together broke once
     m_retryAt = now + std::max(delayAfter(m_failures++), end.pause);
     const int status = end.head ? end.head->status : 0;
-    m_state->setTrouble(end.error ? end.error->text : QStringLiteral("HTTP %1").arg(status),
-                        status > 0 && end.pause > 0ms ? m_retryAt : Clock::time_point());
+    if (status > 0 && end.pause > 0ms)
+        return m_state->setTrouble(tr("The Internet Archive asks to wait."), m_retryAt);
+    m_state->setTrouble(end.error ? end.error->text : QStringLiteral("HTTP %1").arg(status), {});
 }
 
 /// What was kept may be of an earlier version; otherwise the film changed while it was watched.
