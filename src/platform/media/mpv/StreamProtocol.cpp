@@ -7,6 +7,8 @@
 #include <mpv/client.h>
 #include <mpv/stream_cb.h>
 
+#include <chrono>
+#include <list>
 #include <mutex>
 #include <unordered_map>
 
@@ -15,8 +17,10 @@ namespace tavelo::StreamProtocol {
 namespace {
 
 using StreamPointer = std::shared_ptr<FilmStream>;
+using Clock = std::chrono::steady_clock;
 
 constexpr const char *protocolName = "tavelo";
+constexpr std::chrono::seconds keptClosed{10};
 
 /// Streams that were announced and not opened yet. The player's thread fills it, libmpv's opener
 /// threads empty it.
@@ -40,9 +44,49 @@ StreamPointer take(const std::string &address)
     return found ? found.mapped().lock() : nullptr;
 }
 
+/// What libmpv knows a stream by. It may cancel one on another thread while it closes it and a
+/// moment after that, so the cookie outlives the stream.
+struct Cookie
+{
+    std::mutex mutex;
+    StreamPointer stream; // null: closed
+    Clock::time_point closed = {};
+
+    StreamPointer pointer()
+    {
+        const std::scoped_lock lock(mutex);
+        return stream;
+    }
+};
+
+/// Of all streams that were opened.
+struct Cookies
+{
+    std::mutex mutex;
+    std::list<Cookie> list;
+};
+
+Cookies &cookies()
+{
+    static Cookies instance;
+    return instance;
+}
+
+Cookie *cookieFor(StreamPointer stream)
+{
+    const std::scoped_lock lock(cookies().mutex);
+    cookies().list.remove_if([](Cookie &cookie) {
+        const std::scoped_lock closing(cookie.mutex);
+        return !cookie.stream && Clock::now() - cookie.closed > keptClosed;
+    });
+    Cookie &cookie = cookies().list.emplace_back();
+    cookie.stream = std::move(stream);
+    return &cookie;
+}
+
 FilmStream &streamOf(void *cookie)
 {
-    return **static_cast<StreamPointer *>(cookie);
+    return *static_cast<Cookie *>(cookie)->stream; // whoever reads it has not closed it
 }
 
 int64_t readBytes(void *cookie, char *buffer, uint64_t count)
@@ -60,17 +104,32 @@ int64_t sizeOf(void *cookie)
     return streamOf(cookie).size().value_or(MPV_ERROR_UNSUPPORTED);
 }
 
+void cancelStream(void *cookie)
+{
+    if (const StreamPointer stream = static_cast<Cookie *>(cookie)->pointer())
+        stream->cancel();
+}
+
+void closeStream(void *closed)
+{
+    auto &cookie = *static_cast<Cookie *>(closed);
+    StreamPointer stream; // ends after the lock does
+    const std::scoped_lock lock(cookie.mutex);
+    stream.swap(cookie.stream);
+    cookie.closed = Clock::now();
+}
+
 int open(void *, char *address, mpv_stream_cb_info *info)
 {
     StreamPointer stream = take(address);
     if (!stream)
         return MPV_ERROR_LOADING_FAILED;
-    info->cookie = new StreamPointer(std::move(stream));
+    info->cookie = cookieFor(std::move(stream));
     info->read_fn = readBytes;
     info->seek_fn = seekTo;
     info->size_fn = sizeOf;
-    info->close_fn = [](void *cookie) { delete static_cast<StreamPointer *>(cookie); };
-    info->cancel_fn = [](void *cookie) { streamOf(cookie).cancel(); };
+    info->close_fn = closeStream;
+    info->cancel_fn = cancelStream;
     return 0;
 }
 
