@@ -65,6 +65,16 @@ class Ours:
             return place and self.run(name, "--memory", memory, "--at", place)[0]
 
 
+def theirs(served, work, name, seeks, failures):
+    """The same of the peer, without the film's second."""
+    try:
+        start, found = peer.play(served.ca, work, served.film(name), seeks)
+        return start / 1000, [value / 1000 for value in found]
+    except (peer.Failed, OSError) as failure:
+        failures.append(f"{name}: {failure}")
+        return None, []
+
+
 def median(values):
     known = [value for value in values if value is not None]
     return statistics.median(known) if known and len(known) == len(values) else None
@@ -75,18 +85,17 @@ def measure_speed(program, work, home, rounds, rate, aims, failures):
     with service(work, home, rate) as served:
         ours = Ours(program, served, failures)
         for name in film.NAMES:
-            its = median([peer.play(served.ca, work, served.film(name))[0] / 1000
-                          for _ in range(rounds)])
+            its = median([theirs(served, work, name, (), failures)[0] for _ in range(rounds)])
             for before in aims:
                 if before not in ("seek", "worst"):
                     table.row(f"start, index {name.split('.')[0]}, {before}",
                               median([ours.start(name, before) for _ in range(rounds)]), its,
                               aims[before])
         _, our, _ = ours.run("first.mp4", seeks=PLACES)
-        _, its = peer.play(served.ca, work, served.film("first.mp4"), PLACES)
-        its = [value / 1000 for value in its]
+        _, its = theirs(served, work, "first.mp4", PLACES, failures)
         table.row(f"far seek, median of {SEEKS}", median(our), median(its), aims["seek"])
-        table.row(f"far seek, worst of {SEEKS}", max(our, default=None), max(its), aims["worst"])
+        table.row(f"far seek, worst of {SEEKS}", max(our, default=None),
+                  max(its, default=None), aims["worst"])
 
 
 def measure(programs, work, rounds, failures, line):

@@ -15,6 +15,10 @@ LONGEST_WAIT = 120  # seconds
 WATCHED = 3  # seconds between two seeks
 
 
+class Failed(Exception):
+    pass
+
+
 class Peer:
     def __init__(self, ca, work):
         path = str(work / "mpv.socket")
@@ -28,6 +32,9 @@ class Peer:
                 break
             except OSError:
                 time.sleep(0.02)
+        else:
+            end(self.process)
+            raise Failed("mpv does not start")
         self.socket.settimeout(LONGEST_WAIT)
         self.lines = self.socket.makefile("r")
         time.sleep(0.3)
@@ -40,11 +47,11 @@ class Peer:
         for line in self.lines:
             told = json.loads(line)
             if told.get("error", "success") != "success" or told.get("reason") == "error":
-                raise SystemExit(f"mpv: {told}")
+                raise Failed(f"mpv: {told}")
             taken = taken or "error" in told  # the answer to the command
             if taken and told.get("event") == "playback-restart":
                 return (time.monotonic() - begun) * 1000
-        raise SystemExit("mpv has ended")
+        raise Failed("mpv has ended")
 
     def close(self):
         self.socket.close()
