@@ -12,14 +12,16 @@ namespace tavelo {
 
 namespace {
 
-constexpr qint64 speedToBeginWith = 1'000'000;   // bytes a second of one connection
-constexpr qint64 nextTo = 64LL * 1024;           // bytes between what is as good as one piece
-constexpr qint64 farAhead = 8LL * 1024 * 1024;   // bytes: further than what is kept or prepared
-constexpr double pictureLength = 0.6;            // seconds that a start or a seek needs
-constexpr qint64 mostIndex = 32LL * 1024 * 1024; // bytes
-constexpr qint64 firstMedia = 128LL * 1024;      // that a start from the beginning needs
-constexpr qint64 mostTail = 8LL * 1024 * 1024;   // bytes that may well be an index
-constexpr qint64 preparedMedia = 512LL * 1024;   // from the film's start on
+constexpr qint64 speedToBeginWith = 1'000'000; // bytes a second of one connection
+constexpr qint64 nextTo = 64LL * 1024;         // bytes between what is as good as one piece
+constexpr qint64 farAhead = 8LL * 1024 * 1024; // bytes: further than what is kept or prepared
+constexpr qint64 soundBefore =
+    16LL * 1024;                      // a demuxer begins with the sound of the key frame's time
+constexpr double pictureLength = 0.6; // seconds that a start or a seek needs
+constexpr qint64 mostIndex = 32LL * 1024 * 1024;          // bytes
+constexpr qint64 firstMedia = 128LL * 1024;               // that a start from the beginning needs
+constexpr qint64 mostTail = 8LL * 1024 * 1024;            // bytes that may well be an index
+constexpr qint64 preparedMedia = 512LL * 1024;            // from the film's start on
 constexpr qint64 mostPreparedPicture = 2LL * 1024 * 1024; // from its key frame on
 
 } // namespace
@@ -51,7 +53,8 @@ void FilmWants::update(const std::vector<Reading> &readings, std::optional<qint6
     m_list.clear();
     for (const Reading &reading : readings) {
         // It may not have noticed yet that its byte has come.
-        if (reading.isWaiting && !holds({reading.place, reading.place + 1}))
+        if (reading.isWaiting && !isOfPicture(reading) &&
+            !holds({reading.place, reading.place + 1}))
             want({reading.place, reading.place + m_slice}, m_slice);
     }
     if (!m_state.isOpened()) {
@@ -123,11 +126,21 @@ void FilmWants::wantPicture(const Reading &reading)
         want({picture.end, picture.end + farAhead}, m_slice);
 }
 
+/// It waits for what comes with the picture that the viewer goes to.
+bool FilmWants::isOfPicture(const Reading &reading)
+{
+    return m_state.index() && reading.expectation > m_shown &&
+           pictureAt(reading.expected).contains(reading.place);
+}
+
 /// The index takes its time for an answer.
 ByteSpan FilmWants::pictureAt(double seconds)
 {
-    if (!m_picture || m_picture->first != seconds)
-        m_picture = {seconds, m_state.index()->bytesFor(seconds, seconds + pictureLength)};
+    if (!m_picture || m_picture->first != seconds) {
+        ByteSpan span = m_state.index()->bytesFor(seconds, seconds + pictureLength);
+        span.first = std::max<qint64>(span.first - soundBefore, 0);
+        m_picture = {seconds, span};
+    }
     return m_picture->second;
 }
 

@@ -61,6 +61,7 @@ private:
     void findIndex();
     void wantIndex(bool fromTheStart);
     void wantPicture(const Reading &reading);
+    bool isOfPicture(const Reading &reading);
     ByteSpan pictureAt(double seconds);
     void wantReading(const Reading &reading);
     void wantPrepared();
