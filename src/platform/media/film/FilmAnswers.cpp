@@ -51,10 +51,9 @@ void Film::led(const QUrl &to, int turn)
 void Film::ended(const std::shared_ptr<Slice> &slice, const FetchEnd &end,
                  std::optional<FilmState::Verdict> verdict)
 {
-    // Keeps the film until then: its receivers may be the last who know it.
-    post([self = shared_from_this(), slice, end, verdict] {
-        if (std::erase(self->m_slices, slice) > 0)
-            self->sliceEnded(*slice, end, verdict);
+    post([this, slice, end, verdict] {
+        if (std::erase(m_slices, slice) > 0)
+            sliceEnded(*slice, end, verdict);
     });
 }
 
