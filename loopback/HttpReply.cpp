@@ -4,7 +4,6 @@
 
 #include "loopback/ByteRange.h"
 
-
 #include <algorithm>
 
 namespace tavelo {

@@ -14,9 +14,9 @@
 #include "search/ProviderRegistry.h"
 #include "search/SearchAggregator.h"
 #include "storage/CacheManager.h"
-#include "transfers/DownloadManager.h"
 #include "storage/LibraryStore.h"
 #include "storage/SettingsStore.h"
+#include "transfers/DownloadManager.h"
 #include "ui/ProviderChip.h"
 
 #include <qqmlregistration.h>

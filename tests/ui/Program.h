@@ -13,8 +13,8 @@
 namespace tavelo {
 
 /// The whole window on a catalogue of the test's own: films "film0", "film1", … with the titles
-/// "Film 0", … The catalogue's answers may be changed before show(). Without a history and downloads,
-/// with the preferences of a first start.
+/// "Film 0", … The catalogue's answers may be changed before show(). Without a history and
+/// downloads, with the preferences of a first start.
 class Program
 {
 public:

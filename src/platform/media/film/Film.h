@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/media/film/ConnectionSpeed.h"
 #include "platform/media/film/FilmNodes.h"
 #include "platform/media/film/FilmState.h"
 #include "platform/media/film/FilmWants.h"
 #include "platform/media/film/Slice.h"
-#include "platform/media/film/SpeedMeter.h"
 
 #include <QObject>
 #include <QTimer>
@@ -118,7 +118,7 @@ private:
 
     FilmNodes m_nodes;
     FilmWants m_wants;
-    SpeedMeter m_speed;
+    ConnectionSpeed m_speed;
     Slices m_slices; // on their way
     std::vector<std::weak_ptr<FilmReader>> m_readers;
     QTimer m_ticker;

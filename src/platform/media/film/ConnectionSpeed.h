@@ -13,7 +13,7 @@
 namespace tavelo {
 
 /// What one connection brings of a film, as its last slices tell.
-class SpeedMeter
+class ConnectionSpeed
 {
 public:
     /// From a slice's first byte to its last.
