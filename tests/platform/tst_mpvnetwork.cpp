@@ -132,7 +132,7 @@ private Q_SLOTS:
         HttpService server;
         auto &film = serveFilm(server, clip("counted.mp4"));
         film.cutAfter = film.body.size() * 2 / 3;
-        play(server, 2);
+        play(server);
         QVERIFY(m_probe->waitTime(1));
         server.setListening(false);
         QVERIFY(m_probe->waitTime(3));

@@ -311,7 +311,11 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(one.isOver(), 150'000);
         QVERIFY2(one.complaints().isEmpty(), qPrintable(one.complaints()));
     }
-    void cleanupTestCase() { m_scenes.clear(); }
+    void cleanupTestCase()
+    {
+        m_scenes.clear();
+        QTest::qWait(1000); // other threads let go of what was on its way
+    }
 };
 
 int main(int argc, char **argv)

@@ -108,6 +108,11 @@ void CurlFetch::connectAhead(const QUrl &url)
         m_calls->post([this, url] { openAhead(url, true); });
 }
 
+void CurlFetch::tryAgain(const QUrl &url)
+{
+    m_calls->post([this, host = CurlExchange::hostOf(url)] { m_budget.forgive(host); });
+}
+
 void CurlFetch::favourFilm(bool shortOfBytes)
 {
     m_calls->post([this, shortOfBytes] {

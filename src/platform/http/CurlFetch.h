@@ -34,6 +34,7 @@ public:
     void cancel(FetchId id) override;
     void resume(FetchId id) override;
     void connectAhead(const QUrl &url) override;
+    void tryAgain(const QUrl &url) override;
     void favourFilm(bool shortOfBytes) override;
 
 private:

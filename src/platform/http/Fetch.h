@@ -107,6 +107,9 @@ public:
     /// Opens a connection for whoever comes next, unless one is kept or on its way. When the server
     /// closes it before anyone has come, it is opened once more, and then no more.
     virtual void connectAhead(const QUrl &url) = 0;
+    /// The user asks for it: a host that could not be reached may be asked again at once. One that
+    /// said how long it wants to be left alone is.
+    virtual void tryAgain(const QUrl &url) = 0;
     /// While a film waits for bytes, all downloads together take little of the line.
     virtual void favourFilm(bool shortOfBytes) = 0;
 };

@@ -60,12 +60,22 @@ std::chrono::milliseconds HostBudget::refused(const QString &host,
     else
         pause = pause * QRandomGenerator::global()->bounded(80, 121) / 100;
     known.pausedUntil = std::max(known.pausedUntil, now + pause);
+    known.hasAsked = asked.has_value();
     return pause;
 }
 
 void HostBudget::answered(const QString &host)
 {
     m_hosts[host].refusals = 0;
+}
+
+void HostBudget::forgive(const QString &host)
+{
+    Host &known = m_hosts[host];
+    if (known.hasAsked)
+        return;
+    known.pausedUntil = {};
+    known.refusals = 0;
 }
 
 std::optional<HostBudget::Clock::time_point> HostBudget::pausedUntil(const QString &host,

@@ -34,6 +34,9 @@ public:
     /// The host answers as it should.
     void answered(const QString &host);
 
+    /// It may be asked again at once, unless it has said for how long it may not.
+    void forgive(const QString &host);
+
     /// Until when a host is left alone; absent when it is not.
     std::optional<Clock::time_point> pausedUntil(const QString &host, Clock::time_point now) const;
     /// When the next host may be asked again; absent when none is left alone.
@@ -46,6 +49,7 @@ private:
         int downloads = 0;
         int refusals = 0; // in a row
         Clock::time_point pausedUntil = {};
+        bool hasAsked = false; // itself for the pause
     };
 
     QHash<QString, Host> m_hosts;

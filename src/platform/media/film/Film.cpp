@@ -37,7 +37,8 @@ std::shared_ptr<Film> Film::create(const QUrl &url, Fetch &fetch, FilmState *sta
     connect(&thread, &QThread::finished, &film->m_ticker, &QTimer::stop);
     return {film, [](Film *last) {
                 // Its thread may have ended with the application.
-                if (last->thread() && last->thread()->isRunning())
+                const QThread *its = last->thread();
+                if (its && its != QThread::currentThread() && its->isRunning())
                     last->deleteLater();
                 else
                     delete last;
@@ -95,10 +96,13 @@ void Film::stopPreparing()
 
 void Film::retire()
 {
-    const auto end = [this] {
+    // It ends on the thread of whoever retires it: its own may end before it gets to that.
+    const auto end = [this, heir = QThread::currentThread()] {
         m_isRetired = true;
         rest();
         m_state->fail(tr("The film was closed."));
+        if (thread() == QThread::currentThread())
+            moveToThread(heir);
     };
     if (thread() && thread()->isRunning())
         QMetaObject::invokeMethod(this, end, Qt::BlockingQueuedConnection);

@@ -109,6 +109,7 @@ std::shared_ptr<FilmStream> Films::open(const QUrl &url, double startAt)
     if (film->state().isOutdated())
         FilmMemory::shared().drop(url);
     film->state().clearFailure();
+    m_fetch.tryAgain(url);
     auto reader = std::make_shared<FilmReader>(film, startAt);
     whenRecalled(entry, [film, reader] { film->attach(reader); });
     return reader;
