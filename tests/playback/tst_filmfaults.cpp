@@ -3,6 +3,7 @@
 #include "loopback/HttpService.h"
 #include "platform/files/StandardFolders.h"
 #include "platform/media/MediaEngine.h"
+#include "platform/media/film/Films.h"
 #include "playback/PlaybackCoordinator.h"
 #include "testlib/Table.h"
 
@@ -314,6 +315,7 @@ private Q_SLOTS:
     void cleanupTestCase()
     {
         m_scenes.clear();
+        delete &Films::shared();
         QTest::qWait(1000); // other threads let go of what was on its way
     }
 };
